@@ -1,0 +1,432 @@
+#include "SysUtils.h"
+
+#include <QStringList>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <vector>
+
+Exception::Exception(QString AMessage) : FMessage(std::move(AMessage)), FUtf8(FMessage.toUtf8()) {}
+
+QString TrimLeft(const QString& S) {
+  int I = 0;
+  while (I < S.size() && S[I].unicode() <= ' ') ++I;
+  return S.mid(I);
+}
+
+QString TrimRight(const QString& S) {
+  int L = S.size();
+  while (L > 0 && S[L - 1].unicode() <= ' ') --L;
+  return S.left(L);
+}
+
+QString Trim(const QString& S) { return TrimRight(TrimLeft(S)); }
+
+QChar AsciiUpCase(QChar C) {
+  const char16_t U = C.unicode();
+  return (U >= u'a' && U <= u'z') ? QChar(char16_t(U - 32)) : C;
+}
+
+static QChar AsciiLowCase(QChar C) {
+  const char16_t U = C.unicode();
+  return (U >= u'A' && U <= u'Z') ? QChar(char16_t(U + 32)) : C;
+}
+
+QString UpperCase(const QString& S) {
+  QString R = S;
+  for (QChar& C : R) C = AsciiUpCase(C);
+  return R;
+}
+
+QString LowerCase(const QString& S) {
+  QString R = S;
+  for (QChar& C : R) C = AsciiLowCase(C);
+  return R;
+}
+
+int CompareText(const QString& S1, const QString& S2) {
+  const qsizetype N = std::min(S1.size(), S2.size());
+  for (qsizetype I = 0; I < N; ++I) {
+    const int D = int(AsciiUpCase(S1[I]).unicode()) - int(AsciiUpCase(S2[I]).unicode());
+    if (D != 0) return D;
+  }
+  return int(S1.size() - S2.size());
+}
+
+bool SameText(const QString& S1, const QString& S2) {
+  return S1.size() == S2.size() && CompareText(S1, S2) == 0;
+}
+
+// ---- integers -------------------------------------------------------------
+
+bool TryStrToInt64(const QString& S, qint64& AValue) {
+  qsizetype I = 0;
+  const qsizetype N = S.size();
+  while (I < N && S[I] == u' ') ++I;
+  bool Neg = false;
+  if (I < N && (S[I] == u'+' || S[I] == u'-')) {
+    Neg = S[I] == u'-';
+    ++I;
+  }
+  int Base = 10;
+  if (I < N && S[I] == u'$') {
+    Base = 16;
+    ++I;
+  } else if (I + 1 < N && S[I] == u'0' && (S[I + 1] == u'x' || S[I + 1] == u'X')) {
+    Base = 16;
+    I += 2;
+  }
+  if (I >= N) return false;
+  quint64 Acc = 0;
+  const quint64 Limit = Neg ? quint64(std::numeric_limits<qint64>::max()) + 1
+                            : quint64(std::numeric_limits<qint64>::max());
+  for (; I < N; ++I) {
+    const char16_t C = S[I].unicode();
+    int D;
+    if (C >= u'0' && C <= u'9') D = C - u'0';
+    else if (Base == 16 && C >= u'a' && C <= u'f') D = C - u'a' + 10;
+    else if (Base == 16 && C >= u'A' && C <= u'F') D = C - u'A' + 10;
+    else return false;
+    if (Acc > (Limit - quint64(D)) / quint64(Base)) return false;
+    Acc = Acc * quint64(Base) + quint64(D);
+  }
+  AValue = Neg ? qint64(0 - Acc) : qint64(Acc);
+  return true;
+}
+
+bool TryStrToInt(const QString& S, int& AValue) {
+  qint64 V;
+  if (!TryStrToInt64(S, V) || V < std::numeric_limits<int>::min() || V > std::numeric_limits<int>::max())
+    return false;
+  AValue = int(V);
+  return true;
+}
+
+qint64 StrToInt64(const QString& S) {
+  qint64 V;
+  if (!TryStrToInt64(S, V)) throw EConvertError(QStringLiteral("'%1' is not a valid integer value").arg(S));
+  return V;
+}
+
+int StrToInt(const QString& S) {
+  int V;
+  if (!TryStrToInt(S, V)) throw EConvertError(QStringLiteral("'%1' is not a valid integer value").arg(S));
+  return V;
+}
+
+int StrToIntDef(const QString& S, int ADefault) {
+  int V;
+  return TryStrToInt(S, V) ? V : ADefault;
+}
+
+// ---- floats ---------------------------------------------------------------
+
+bool TryStrToFloat(const QString& S, double& AValue) {
+  const QString T = Trim(S);
+  if (T.isEmpty()) return false;
+  // number = [sign] digits [. digits] [(E|e) [sign] digits], at least one mantissa digit
+  QByteArray A;
+  A.reserve(T.size());
+  qsizetype I = 0;
+  const qsizetype N = T.size();
+  auto Digits = [&]() {
+    int Count = 0;
+    while (I < N && T[I] >= u'0' && T[I] <= u'9') {
+      A.append(char(T[I].unicode()));
+      ++I;
+      ++Count;
+    }
+    return Count;
+  };
+  if (T[I] == u'+' || T[I] == u'-') A.append(char(T[I++].unicode()));
+  int Mantissa = Digits();
+  if (I < N && T[I] == u'.') {
+    A.append('.');
+    ++I;
+    Mantissa += Digits();
+  }
+  if (Mantissa == 0) return false;
+  if (I < N && (T[I] == u'e' || T[I] == u'E')) {
+    A.append('e');
+    ++I;
+    if (I < N && (T[I] == u'+' || T[I] == u'-')) A.append(char(T[I++].unicode()));
+    if (Digits() == 0) return false;
+  }
+  if (I != N) return false;
+  const double V = std::strtod(A.constData(), nullptr);
+  if (!std::isfinite(V)) return false;
+  AValue = V;
+  return true;
+}
+
+double StrToFloat(const QString& S) {
+  double V;
+  if (!TryStrToFloat(S, V))
+    throw EConvertError(QStringLiteral("'%1' is not a valid floating point value").arg(S));
+  return V;
+}
+
+double StrToFloatDef(const QString& S, double ADefault) {
+  double V;
+  return TryStrToFloat(S, V) ? V : ADefault;
+}
+
+namespace {
+
+// A finite value as decimal digits: Value = 0.D1D2... x 10^Exponent.
+struct TFloatDigits {
+  bool Negative = false;
+  QByteArray Digits;  // no leading zeros; empty for zero
+  int Exponent = 0;
+};
+
+TFloatDigits ToDigits(double AValue, int APrecision) {
+  TFloatDigits R;
+  R.Negative = std::signbit(AValue);
+  if (AValue == 0) return R;
+  char Buf[64];
+  std::snprintf(Buf, sizeof Buf, "%.*e", APrecision - 1, std::fabs(AValue));
+  // Buf: d.ddddde[+-]xx
+  QByteArray S(Buf);
+  const int E = S.indexOf('e');
+  QByteArray M = S.left(E);
+  M.remove(1, 1);
+  R.Exponent = S.mid(E + 1).toInt() + 1;
+  while (M.endsWith('0')) M.chop(1);
+  R.Digits = M;
+  return R;
+}
+
+// Rounds the digits so that at most ADecimals remain after the decimal point,
+// half away from zero, as the original's decimal rounding does.
+void RoundDigits(TFloatDigits& D, int ADecimals) {
+  const int Keep = D.Exponent + ADecimals;
+  if (Keep >= D.Digits.size()) return;
+  if (Keep < 0) {
+    D.Digits.clear();
+    return;
+  }
+  const bool Up = D.Digits[Keep] >= '5';
+  D.Digits.truncate(Keep);
+  if (Up) {
+    int I = Keep - 1;
+    while (I >= 0 && D.Digits[I] == '9') {
+      D.Digits[I] = '0';
+      --I;
+    }
+    if (I < 0) {
+      D.Digits.prepend('1');
+      ++D.Exponent;
+    } else {
+      D.Digits[I] = char(D.Digits[I] + 1);
+    }
+  }
+  while (D.Digits.endsWith('0')) D.Digits.chop(1);
+}
+
+}  // namespace
+
+QString FloatToStr(double AValue) {
+  if (std::isnan(AValue)) return QStringLiteral("NAN");
+  if (std::isinf(AValue)) return AValue > 0 ? QStringLiteral("INF") : QStringLiteral("-INF");
+  const TFloatDigits D = ToDigits(AValue, 15);
+  if (D.Digits.isEmpty()) return QStringLiteral("0");
+  QString R;
+  if (D.Negative) R += u'-';
+  const QString Dig = QString::fromLatin1(D.Digits);
+  if (D.Exponent > 15 || D.Exponent < -3) {
+    R += Dig[0];
+    if (Dig.size() > 1) R += u'.' + Dig.mid(1);
+    const int E = D.Exponent - 1;
+    R += u'E';
+    if (E < 0) R += u'-';
+    R += QString::number(std::abs(E));
+    return R;
+  }
+  if (D.Exponent <= 0) {
+    R += QStringLiteral("0.") + QString(-D.Exponent, u'0') + Dig;
+  } else if (Dig.size() <= D.Exponent) {
+    R += Dig + QString(D.Exponent - Dig.size(), u'0');
+  } else {
+    R += Dig.left(D.Exponent) + u'.' + Dig.mid(D.Exponent);
+  }
+  return R;
+}
+
+namespace {
+
+struct TPicture {
+  int IntZeros = 0;       // '0' places before the point
+  int IntPlaces = 0;      // all digit places before the point
+  int FracZeros = 0;      // '0' places after the point (counted to the last '0')
+  int FracPlaces = 0;     // all digit places after the point
+  bool HasPoint = false;
+  bool Thousands = false;
+  bool Scientific = false;
+  bool ExpPlus = false;   // "E+" prints the sign always
+  QChar ExpChar = u'E';
+  int ExpDigits = 0;
+  QString Prefix, Suffix;  // literals before the first and after the last digit place
+};
+
+QString Unquote(const QString& AText) {
+  QString R;
+  for (qsizetype I = 0; I < AText.size(); ++I) {
+    const QChar C = AText[I];
+    if (C == u'"' || C == u'\'') {
+      const qsizetype J = AText.indexOf(C, I + 1);
+      const qsizetype End = J < 0 ? AText.size() : J;
+      R += AText.mid(I + 1, End - I - 1);
+      I = End;
+    } else {
+      R += C;
+    }
+  }
+  return R;
+}
+
+TPicture ParsePicture(const QString& F) {
+  TPicture P;
+  qsizetype First = -1, Last = -1;
+  bool InFrac = false;
+  for (qsizetype I = 0; I < F.size(); ++I) {
+    const QChar C = F[I];
+    if (C == u'"' || C == u'\'') {
+      const qsizetype J = F.indexOf(C, I + 1);
+      I = J < 0 ? F.size() : J;
+      continue;
+    }
+    if (P.Scientific) continue;
+    if (C == u'0' || C == u'#') {
+      if (First < 0) First = I;
+      Last = I;
+      if (InFrac) {
+        ++P.FracPlaces;
+        if (C == u'0') P.FracZeros = P.FracPlaces;
+      } else {
+        ++P.IntPlaces;
+        if (C == u'0' && P.IntZeros == 0) P.IntZeros = P.IntPlaces;
+      }
+    } else if (C == u'.' && !InFrac) {
+      InFrac = true;
+      P.HasPoint = true;
+      if (First < 0) First = I;
+      Last = I;
+    } else if (C == u',') {
+      P.Thousands = true;
+    } else if ((C == u'E' || C == u'e') && I + 1 < F.size() && (F[I + 1] == u'+' || F[I + 1] == u'-')) {
+      P.Scientific = true;
+      P.ExpChar = C;
+      P.ExpPlus = F[I + 1] == u'+';
+      qsizetype J = I + 2;
+      while (J < F.size() && F[J] == u'0') {
+        ++P.ExpDigits;
+        ++J;
+      }
+      Last = J - 1;
+      I = J - 1;
+    }
+  }
+  if (P.IntZeros > 0) P.IntZeros = P.IntPlaces - P.IntZeros + 1;
+  if (First < 0) {
+    P.Prefix = Unquote(F);
+    return P;
+  }
+  P.Prefix = Unquote(F.left(First));
+  P.Suffix = Unquote(F.mid(Last + 1));
+  return P;
+}
+
+QString GroupThousands(const QString& AInt) {
+  QString R;
+  const qsizetype N = AInt.size();
+  for (qsizetype I = 0; I < N; ++I) {
+    if (I > 0 && (N - I) % 3 == 0) R += u',';
+    R += AInt[I];
+  }
+  return R;
+}
+
+QString ApplyPicture(const TPicture& P, double AAbs) {
+  QString IntPart, FracPart, ExpPart;
+  if (P.Scientific) {
+    const int Places = std::max(1, P.IntPlaces) + P.FracPlaces;
+    TFloatDigits D = ToDigits(AAbs, std::min(Places, 17));
+    int Exp = 0;
+    if (!D.Digits.isEmpty()) {
+      Exp = D.Exponent - std::max(1, P.IntPlaces);
+      D.Exponent = std::max(1, P.IntPlaces);
+    }
+    RoundDigits(D, P.FracPlaces);
+    if (D.Exponent > std::max(1, P.IntPlaces)) {  // 9.99 rounded up to 10.0
+      ++Exp;
+      --D.Exponent;
+    }
+    QString Dig = QString::fromLatin1(D.Digits);
+    Dig += QString(std::max(0, int(D.Exponent) - int(Dig.size())), u'0');
+    IntPart = Dig.left(D.Exponent);
+    FracPart = Dig.mid(D.Exponent);
+    QString E = QString::number(std::abs(Exp));
+    if (E.size() < P.ExpDigits) E = QString(P.ExpDigits - E.size(), u'0') + E;
+    ExpPart = QString(P.ExpChar) + (Exp < 0 ? QStringLiteral("-") : (P.ExpPlus ? QStringLiteral("+") : QString())) + E;
+  } else {
+    TFloatDigits D = ToDigits(AAbs, 17);
+    RoundDigits(D, P.FracPlaces);
+    const QString Dig = QString::fromLatin1(D.Digits);
+    if (D.Exponent > 0) {
+      IntPart = Dig.left(D.Exponent) + QString(std::max(0, int(D.Exponent) - int(Dig.size())), u'0');
+      FracPart = Dig.mid(D.Exponent);
+    } else if (!Dig.isEmpty()) {
+      FracPart = QString(-D.Exponent, u'0') + Dig;
+    }
+  }
+  if (IntPart.size() < P.IntZeros) IntPart = QString(P.IntZeros - IntPart.size(), u'0') + IntPart;
+  if (P.Thousands) IntPart = GroupThousands(IntPart);
+  while (FracPart.size() > P.FracZeros && FracPart.endsWith(u'0')) FracPart.chop(1);
+  if (FracPart.size() < P.FracZeros) FracPart += QString(P.FracZeros - FracPart.size(), u'0');
+  QString R = P.Prefix + IntPart;
+  if (P.HasPoint && !FracPart.isEmpty()) R += u'.' + FracPart;
+  return R + ExpPart + P.Suffix;
+}
+
+QStringList SplitSections(const QString& F) {
+  QStringList R;
+  QString Cur;
+  QChar Quote;
+  for (const QChar C : F) {
+    if (!Quote.isNull()) {
+      if (C == Quote) Quote = QChar();
+    } else if (C == u'"' || C == u'\'') {
+      Quote = C;
+    } else if (C == u';') {
+      R << Cur;
+      Cur.clear();
+      continue;
+    }
+    Cur += C;
+  }
+  R << Cur;
+  return R;
+}
+
+}  // namespace
+
+QString FormatFloat(const QString& AFormat, double AValue) {
+  if (std::isnan(AValue) || std::isinf(AValue)) return FloatToStr(AValue);
+  const QStringList Sections = SplitSections(AFormat);
+  if (AFormat.isEmpty()) return FloatToStr(AValue);
+  const TPicture Pos = ParsePicture(Sections[0]);
+  if (AValue == 0 && Sections.size() >= 3 && !Sections[2].isEmpty())
+    return ApplyPicture(ParsePicture(Sections[2]), 0);
+  if (AValue < 0 && Sections.size() >= 2 && !Sections[1].isEmpty())
+    return ApplyPicture(ParsePicture(Sections[1]), -AValue);
+  QString R = ApplyPicture(Pos, std::fabs(AValue));
+  if (AValue < 0) {
+    // A negative value that rounds to zero prints without its sign.
+    bool AllZero = true;
+    for (const QChar C : R)
+      if (C.isDigit() && C != u'0') AllZero = false;
+    if (!AllZero) R.prepend(u'-');
+  }
+  return R;
+}

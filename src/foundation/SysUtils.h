@@ -1,0 +1,57 @@
+#pragma once
+// Text and number helpers that behave as the original runtime did, shared by every
+// module: trimming, ASCII case rules, strict conversions and float formatting.
+
+#include <QString>
+#include <QByteArray>
+#include <exception>
+
+// Base of the system's own exceptions; carries the exact message text.
+class Exception : public std::exception {
+public:
+  explicit Exception(QString AMessage);
+  const QString& Message() const { return FMessage; }
+  const char* what() const noexcept override { return FUtf8.constData(); }
+
+private:
+  QString FMessage;
+  QByteArray FUtf8;
+};
+
+// Raised by the strict conversions.
+class EConvertError : public Exception {
+public:
+  using Exception::Exception;
+};
+
+// Removes characters up to and including the blank (code <= 32) from both ends.
+QString Trim(const QString& S);
+QString TrimLeft(const QString& S);
+QString TrimRight(const QString& S);
+
+// ASCII-only case mapping and comparison, as the original's non-locale routines.
+QChar AsciiUpCase(QChar C);
+QString UpperCase(const QString& S);
+QString LowerCase(const QString& S);
+int CompareText(const QString& S1, const QString& S2);
+bool SameText(const QString& S1, const QString& S2);
+
+// Strict integer conversion: optional leading blanks, sign, decimal digits or a
+// hex form ("$1F", "0x1F"); nothing after. Raises EConvertError on failure.
+qint64 StrToInt64(const QString& S);
+int StrToInt(const QString& S);
+bool TryStrToInt64(const QString& S, qint64& AValue);
+bool TryStrToInt(const QString& S, int& AValue);
+int StrToIntDef(const QString& S, int ADefault);
+
+// Strict float conversion with "." as decimal separator; blanks around are allowed.
+double StrToFloat(const QString& S);
+bool TryStrToFloat(const QString& S, double& AValue);
+double StrToFloatDef(const QString& S, double ADefault);
+
+// General float text: 15 significant digits, scientific outside 1E-5 .. 1E15.
+QString FloatToStr(double AValue);
+
+// Number pictures: "0" and "#" digit places, "." decimal point, "," thousands,
+// "E+"/"E-" exponent, quoted literals, and up to three sections "pos;neg;zero".
+QString FormatFloat(const QString& AFormat, double AValue);

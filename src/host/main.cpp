@@ -1,0 +1,16 @@
+#include "DseCommandLine.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+
+int main(int argc, char** argv) {
+  QCoreApplication App(argc, argv);
+  QTextStream Out(stdout);
+  QTextStream Err(stderr);
+  TDseIO IO{Out, Err};
+  const int Code = DseCommands().Run(App.arguments().mid(1), IO);
+  Out.flush();
+  Err.flush();
+  return Code;
+}
