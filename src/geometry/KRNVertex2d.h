@@ -6,6 +6,7 @@
 #include "KRN2dObject.h"
 #include "KRNGeo2DTypes.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -122,6 +123,8 @@ public:
   void Insert(int AIndex, TKRNVertex2d* AVertex);
   // Replaces the vertex at AIndex (freeing the old one when owned).
   void Replace(int AIndex, TKRNVertex2d* AVertex);
+  // Makes vertex AFirst the first, keeping the cyclic order.
+  void Rotate(int AFirst) { std::rotate(FList.begin(), FList.begin() + AFirst, FList.end()); }
   int IndexOf(const TKRNVertex2d* AVertex) const;
   int IndexOf(const TKRNVector2d& APoint, double AEpsilon = KRNEpsilon) const;
   // An owning list copies the vertices; a sharing list shares them.
