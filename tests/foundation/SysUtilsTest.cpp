@@ -1,0 +1,129 @@
+#include "SysUtils.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+TEST(SysUtils, TrimRemovesControlsAndBlanksOnly) {
+  EXPECT_EQ(Trim(QStringLiteral(" \t\r\n a b \x01")), QStringLiteral("a b"));
+  EXPECT_EQ(Trim(QStringLiteral("\u3000x\u3000")), QStringLiteral("\u3000x\u3000"));  // ideographic space stays
+  EXPECT_EQ(TrimLeft(QStringLiteral("  x ")), QStringLiteral("x "));
+  EXPECT_EQ(TrimRight(QStringLiteral("  x ")), QStringLiteral("  x"));
+  EXPECT_EQ(Trim(QStringLiteral("   ")), QString());
+}
+
+TEST(SysUtils, CaseRulesAreAsciiOnly) {
+  EXPECT_TRUE(SameText(QStringLiteral("ParamVal"), QStringLiteral("PARAMVAL")));
+  EXPECT_FALSE(SameText(QStringLiteral("ä"), QStringLiteral("Ä")));
+  EXPECT_LT(CompareText(QStringLiteral("abc"), QStringLiteral("ABD")), 0);
+  EXPECT_GT(CompareText(QStringLiteral("abcd"), QStringLiteral("ABC")), 0);
+  EXPECT_EQ(UpperCase(QStringLiteral("a钢z")), QStringLiteral("A钢Z"));
+  EXPECT_EQ(LowerCase(QStringLiteral("A钢Z")), QStringLiteral("a钢z"));
+}
+
+TEST(SysUtils, StrToIntAcceptsOnlyWholeIntegers) {
+  const struct {
+    const char* Text;
+    int Value;
+  } Good[] = {{"12", 12},   {" 12", 12},  {"-5", -5},           {"+7", 7},
+              {"$1F", 31},  {"0x1f", 31}, {"2147483647", 2147483647}, {"-2147483648", std::numeric_limits<int>::min()}};
+  for (const auto& C : Good) {
+    SCOPED_TRACE(C.Text);
+    EXPECT_EQ(StrToInt(QString::fromUtf8(C.Text)), C.Value);
+  }
+  const char* Bad[] = {"", " ", "12 ", "1.5", "abc", "2147483648", "--1", "0x", "$", "1e3", "１２"};
+  for (const char* B : Bad) {
+    SCOPED_TRACE(B);
+    int V = 99;
+    EXPECT_FALSE(TryStrToInt(QString::fromUtf8(B), V));
+    EXPECT_EQ(V, 99);
+    try {
+      StrToInt(QString::fromUtf8(B));
+      ADD_FAILURE() << "no exception";
+    } catch (const EConvertError& E) {
+      EXPECT_EQ(E.Message(), QStringLiteral("'%1' is not a valid integer value").arg(QString::fromUtf8(B)));
+    }
+  }
+  EXPECT_EQ(StrToIntDef(QStringLiteral("x"), -1), -1);
+  EXPECT_EQ(StrToInt64(QStringLiteral("9223372036854775807")), std::numeric_limits<qint64>::max());
+}
+
+TEST(SysUtils, StrToFloatIsStrict) {
+  const struct {
+    const char* Text;
+    double Value;
+  } Good[] = {{"1.5", 1.5}, {" 2 ", 2}, {"-1e3", -1000}, {".5", 0.5}, {"5.", 5}, {"+0.25E-1", 0.025}};
+  for (const auto& C : Good) {
+    SCOPED_TRACE(C.Text);
+    EXPECT_DOUBLE_EQ(StrToFloat(QString::fromUtf8(C.Text)), C.Value);
+  }
+  const char* Bad[] = {"", "1,5", "e5", "1e", ".", "abc", "1.2.3", "1e400", "nan", "inf"};
+  for (const char* B : Bad) {
+    SCOPED_TRACE(B);
+    try {
+      StrToFloat(QString::fromUtf8(B));
+      ADD_FAILURE() << "no exception";
+    } catch (const EConvertError& E) {
+      EXPECT_EQ(E.Message(), QStringLiteral("'%1' is not a valid floating point value").arg(QString::fromUtf8(B)));
+    }
+  }
+}
+
+TEST(SysUtils, FloatToStrGeneralForm) {
+  const struct {
+    double Value;
+    const char* Text;
+  } Cases[] = {{0, "0"},
+               {-0.0, "0"},
+               {1, "1"},
+               {0.1 + 0.2, "0.3"},
+               {-2.5, "-2.5"},
+               {1.0 / 3, "0.333333333333333"},
+               {123456789012345.0, "123456789012345"},
+               {1e15, "1E15"},
+               {1.23456789012345678e17, "1.23456789012346E17"},
+               {0.0001, "0.0001"},
+               {0.00001, "1E-5"},
+               {-1.5e-7, "-1.5E-7"},
+               {std::numeric_limits<double>::quiet_NaN(), "NAN"},
+               {std::numeric_limits<double>::infinity(), "INF"},
+               {-std::numeric_limits<double>::infinity(), "-INF"}};
+  for (const auto& C : Cases) {
+    SCOPED_TRACE(C.Text);
+    EXPECT_EQ(FloatToStr(C.Value), QString::fromUtf8(C.Text));
+  }
+}
+
+TEST(SysUtils, FormatFloatPictures) {
+  const struct {
+    const char* Format;
+    double Value;
+    const char* Text;
+  } Cases[] = {
+      {"0.######", 1.5, "1.5"},
+      {"0.######", 2, "2"},
+      {"0.######", 0.1234567, "0.123457"},
+      {"0.######", -0.0000001, "0"},
+      {"#.##", 0, ""},
+      {"#.##", 0.5, ".5"},
+      {"#.##", 12.345, "12.35"},
+      {"0.00", 1.005, "1.00"},  // 1.005 is just below in binary
+      {"0.00", 0.125, "0.13"},  // an exact half rounds away from zero
+      {"#,##0.00", 1234567.891, "1,234,567.89"},
+      {"#,##0", 999.5, "1,000"},
+      {"0", -0.4, "0"},
+      {"0.0", -1.25, "-1.3"},
+      {"000", 7, "007"},
+      {"0.#", 9.96, "10"},
+      {"0.00E+00", 12345, "1.23E+04"},
+      {"0.0E-0", 0.00012, "1.2E-4"},
+      {"0;(0)", -5, "(5)"},
+      {"0;(0);零", 0, "零"},
+      {"\"L=\"0\"mm\"", 12, "L=12mm"},
+  };
+  for (const auto& C : Cases) {
+    SCOPED_TRACE(std::string(C.Format) + " " + std::to_string(C.Value));
+    EXPECT_EQ(FormatFloat(QString::fromUtf8(C.Format), C.Value), QString::fromUtf8(C.Text));
+  }
+}
