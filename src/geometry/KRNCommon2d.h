@@ -79,11 +79,12 @@ inline double EffectiveEpsilon(double A, double B, double AEpsilon) {
   return AEpsilon > T ? AEpsilon : T;
 }
 
-// -1, 0 or 1; values exactly the tolerance apart already differ.
+// -1, 0 or 1; values exactly the tolerance apart already differ. The test is
+// written as a sum so that B = A + T, computed as such, differs from A.
 inline int CompareDouble(double A, double B, double AEpsilon = KRNEpsilon) {
   const double T = EffectiveEpsilon(A, B, AEpsilon);
-  if (B > A && B - A >= T) return -1;
-  if (A >= B && A - B >= T) return 1;
+  if (B > A && B >= A + T) return -1;
+  if (A >= B && A >= B + T) return 1;
   return 0;
 }
 
