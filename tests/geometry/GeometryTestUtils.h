@@ -15,3 +15,4 @@ inline std::ostream& operator<<(std::ostream& O, const TKRNVector2d& V) { return
   } while (0)
 
 inline TKRNVector2d Polar(double R, double AAngle) { return {R * std::cos(AAngle), R * std::sin(AAngle)}; }
+inline double R2() { return std::sqrt(2.0); }

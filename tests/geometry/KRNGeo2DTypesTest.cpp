@@ -3,7 +3,6 @@
 #include "KRNGeo2DTypes.h"
 #include "KRNPolygon2d.h"
 
-const double R2 = std::sqrt(2.0);
 
 TEST(KRNArc2d, Validity) {
   const struct {
@@ -42,12 +41,12 @@ TEST(KRNArc2d, CentreFromEndsRadiusAndType) {
                {atCL, {0, -1}, KRNThreeHalfPi}};
   for (const auto& C : Cases) {
     SCOPED_TRACE(ArcTypeToString(C.T));
-    const TKRNArc2d A({1, 0}, {-1, 0}, R2, C.T);
+    const TKRNArc2d A({1, 0}, {-1, 0}, R2(), C.T);
     EXPECT_PT_NEAR(A.CenterPt(), C.C, 1e-12);
     EXPECT_NEAR(A.Sweep(), C.Sweep, 1e-12);
-    EXPECT_NEAR(A.Length(), R2 * C.Sweep, 1e-12);
+    EXPECT_NEAR(A.Length(), R2() * C.Sweep, 1e-12);
     const TKRNVector2d M = A.MiddlePoint();
-    EXPECT_NEAR(VectorDistance(M, C.C), R2, 1e-12);
+    EXPECT_NEAR(VectorDistance(M, C.C), R2(), 1e-12);
   }
   // a radius a hair below half the chord puts the centre on the chord
   TKRNVector2d C;
