@@ -125,15 +125,19 @@ TKRNPointPosition TKRNPositionFunc2d::PointPosition(const TKRNVector2d& APoint, 
   const int N = L.Count();
   if (N == 0) return ppOut;
   bool Odd = false;
-  for (int K = 0; K < N; ++K) {
-    const int I = (K + N - 1) % N;  // from the last vertex to the first, then on
-    const TKRNVertex2d* VA = L[I];
-    const TKRNVertex2d* VB = L[(I + 1) % N];
+  // No tolerance for this point's Y exceeds Tp: edges clear of the band by Tp skip
+  // the full comparison.
+  const double Tp = EffectiveEpsilon(APoint.Y, APoint.Y, AEpsilon);
+  const double Above = APoint.Y + Tp, Below = APoint.Y - Tp;
+  // From the last vertex to the first, then on through the list.
+  const TKRNVertex2d* VA = L[N - 1];
+  for (int K = 0; K < N; VA = L[K++]) {
+    const TKRNVertex2d* VB = L[K];
     const TKRNVector2d& A = VA->Point();
     const TKRNVector2d& B = VB->Point();
+    if (VA->Kind() == vtLine && ((A.Y > Above && B.Y > Above) || (A.Y < Below && B.Y < Below))) continue;
     TKRNVector2d C;
-    if (VA->VertexType() == vtArc && VA->IsArc() &&
-        TKRNArc2d::CalcCenterPt(A, B, VA->Radius(), VA->ArcType(), C)) {
+    if (VA->Kind() == vtArc && VA->IsArc() && TKRNArc2d::CalcCenterPt(A, B, VA->Radius(), VA->ArcType(), C)) {
       const double R = VA->Radius();
       const TKRNArc2d Arc(A, B, R, VA->ArcType());
       if (SameDouble(DistanceTo(APoint, Arc, true), 0, AEpsilon)) {

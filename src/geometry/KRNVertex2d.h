@@ -16,6 +16,9 @@ public:
   TKRNVertex2d() = default;
   explicit TKRNVertex2d(const TKRNVector2d& APoint) : FPoint(APoint) {}
 
+  // VertexType without a virtual call, for the hot loops.
+  TVertexType Kind() const { return FKind; }
+
   const TKRNVector2d& Point() const { return FPoint; }
   void SetPoint(const TKRNVector2d& P) { FPoint = P; }
 
@@ -40,6 +43,7 @@ public:
 
 protected:
   TKRNVector2d FPoint;
+  TVertexType FKind = vtLine;
 };
 
 class TKRNLineVertex2d : public TKRNVertex2d {
@@ -52,9 +56,11 @@ public:
 
 class TKRNArcVertex2d : public TKRNVertex2d {
 public:
-  TKRNArcVertex2d() = default;
+  TKRNArcVertex2d() { FKind = vtArc; }
   TKRNArcVertex2d(const TKRNVector2d& APoint, TKRNArcType AArcType, double ARadius)
-      : TKRNVertex2d(APoint), FArcType(AArcType), FRadius(ARadius) {}
+      : TKRNVertex2d(APoint), FArcType(AArcType), FRadius(ARadius) {
+    FKind = vtArc;
+  }
 
   TKRNBox2d BoxWith(const TKRNVector2d& AEndPoint) const override;
   TKRNPtr<TKRNVertex2d> Clone() const override;
@@ -80,9 +86,11 @@ private:
 // so its edge is given as the chord.
 class TKRNEllipseArcVertex2d : public TKRNVertex2d {
 public:
-  TKRNEllipseArcVertex2d() = default;
+  TKRNEllipseArcVertex2d() { FKind = vtEllipseArc; }
   TKRNEllipseArcVertex2d(const TKRNVector2d& APoint, TKRNArcType AArcType, double AXRadius, double AYRadius)
-      : TKRNVertex2d(APoint), FArcType(AArcType), FXRadius(AXRadius), FYRadius(AYRadius) {}
+      : TKRNVertex2d(APoint), FArcType(AArcType), FXRadius(AXRadius), FYRadius(AYRadius) {
+    FKind = vtEllipseArc;
+  }
 
   TKRNPtr<TKRNVertex2d> Clone() const override;
   void InverseArc() override { FArcType = ArcTypeOpposite(FArcType); }
