@@ -19,9 +19,8 @@ QString TDseCommandLine::HelpText() const {
       "Usage: dse <command> [arguments]\n"
       "       dse <command> --help\n"
       "\n"
-      "Draw-set editor host and tools.\n"
-      "\n"
-      "Commands:\n");
+      "Draw-set editor host and tools.\n");
+  if (!FCommands.empty()) S += QStringLiteral("\nCommands:\n");
   int Width = 0;
   for (const TDseCommand& C : FCommands) Width = std::max(Width, int(C.Name.size()));
   for (const TDseCommand& C : FCommands) S += QStringLiteral("  %1  %2\n").arg(C.Name, -Width).arg(C.Summary);
