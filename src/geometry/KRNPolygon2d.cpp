@@ -158,10 +158,11 @@ TKRNOrthoRectangle2d::TKRNOrthoRectangle2d(const TKRNVector2d& AStartPt, const T
 }
 
 TKRNVector2d TKRNOrthoRectangle2d::Corner(int AIndex) const {
-  static const int Acw[4][2] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
-  static const int Cw[4][2] = {{0, 0}, {0, 1}, {1, 1}, {1, 0}};
-  const int(&K)[2] = (FClockwise ? Cw : Acw)[((AIndex % 4) + 4) % 4];
-  return {K[0] ? FEndPt.X : FStartPt.X, K[1] ? FEndPt.Y : FStartPt.Y};
+  // Anticlockwise: min, (max, min), max, (min, max); clockwise walks the other way.
+  int I = ((AIndex % 4) + 4) % 4;
+  if (FClockwise) I = (4 - I) % 4;
+  const bool HighX = I == 1 || I == 2, HighY = I >= 2;
+  return {HighX ? FEndPt.X : FStartPt.X, HighY ? FEndPt.Y : FStartPt.Y};
 }
 
 TKRNPtr<TKRNCustomLine2d> TKRNOrthoRectangle2d::EdgeLine(int AIndex) const {
@@ -211,10 +212,10 @@ TKRNRectangle2d::TKRNRectangle2d(const TKRNVector2d& ACenterPt, double AHalfWidt
 }
 
 TKRNVector2d TKRNRectangle2d::Corner(int AIndex) const {
-  static const int Acw[4][2] = {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}};
-  static const int Cw[4][2] = {{-1, -1}, {-1, 1}, {1, 1}, {1, -1}};
-  const int(&K)[2] = (FClockwise ? Cw : Acw)[((AIndex % 4) + 4) % 4];
-  return VectorAdd(FCenterPt, VectorRotate({K[0] * FHalfWidth, K[1] * FHalfHeight}, FAngle));
+  int I = ((AIndex % 4) + 4) % 4;
+  if (FClockwise) I = (4 - I) % 4;
+  const double SX = (I == 1 || I == 2) ? 1 : -1, SY = I >= 2 ? 1 : -1;
+  return VectorAdd(FCenterPt, VectorRotate({SX * FHalfWidth, SY * FHalfHeight}, FAngle));
 }
 
 TKRNPtr<TKRNCustomLine2d> TKRNRectangle2d::EdgeLine(int AIndex) const {
