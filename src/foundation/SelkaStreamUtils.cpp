@@ -19,39 +19,15 @@ void TBlockMemoryStream::SetPos(qint32 APos) {
   }
 }
 
-qint64 TBlockMemoryStream::Read(void* ABuffer, qint64 ACount) {
-  if (FPosition < 0 || ACount < 0) return 0;
-  qint64 Left = std::min<qint64>(ACount, qint64(FSize) - FPosition);
-  if (Left < 1) return 0;
-  const qint64 Total = Left;
-  char* Dst = static_cast<char*>(ABuffer);
-  while (Left > 0) {
-    const qint64 Piece = std::min<qint64>(Left, FBlockSize - FBlockOffset);
-    std::memcpy(Dst, FBlocks[size_t(FBlockIndex)].get() + FBlockOffset, size_t(Piece));
-    Dst += Piece;
-    Left -= Piece;
-    if (FBlockOffset + Piece == FBlockSize) {
-      ++FBlockIndex;
-      FBlockOffset = 0;
-    } else {
-      FBlockOffset += qint32(Piece);
-    }
-  }
-  FPosition += qint32(Total);
-  return Total;
-}
-
-qint64 TBlockMemoryStream::Write(const void* ABuffer, qint64 ACount) {
-  if (FPosition < 0 || ACount <= 0) return 0;
-  if (qint64(FPosition) + ACount > std::numeric_limits<qint32>::max()) return 0;
-  if (FPosition + ACount > FSize) SetSize(FPosition + ACount);
-  qint64 Left = ACount;
-  const char* Src = static_cast<const char*>(ABuffer);
-  while (Left > 0) {
-    const qint64 Piece = std::min<qint64>(Left, FBlockSize - FBlockOffset);
-    std::memcpy(FBlocks[size_t(FBlockIndex)].get() + FBlockOffset, Src, size_t(Piece));
-    Src += Piece;
-    Left -= Piece;
+// Walks ACount bytes from the current position block by block; ACopy(block
+// pointer, bytes done, piece length) moves one piece.
+template <typename F>
+void TBlockMemoryStream::ForEachPiece(qint64 ACount, F ACopy) {
+  qint64 Done = 0;
+  while (Done < ACount) {
+    const qint64 Piece = std::min<qint64>(ACount - Done, FBlockSize - FBlockOffset);
+    ACopy(FBlocks[size_t(FBlockIndex)].get() + FBlockOffset, Done, Piece);
+    Done += Piece;
     if (FBlockOffset + Piece == FBlockSize) {
       ++FBlockIndex;
       FBlockOffset = 0;
@@ -60,6 +36,27 @@ qint64 TBlockMemoryStream::Write(const void* ABuffer, qint64 ACount) {
     }
   }
   FPosition += qint32(ACount);
+}
+
+qint64 TBlockMemoryStream::Read(void* ABuffer, qint64 ACount) {
+  if (FPosition < 0 || ACount < 0) return 0;
+  const qint64 Count = std::min<qint64>(ACount, qint64(FSize) - FPosition);
+  if (Count < 1) return 0;
+  char* Dst = static_cast<char*>(ABuffer);
+  ForEachPiece(Count, [Dst](char* ABlock, qint64 ADone, qint64 APiece) {
+    std::memcpy(Dst + ADone, ABlock, size_t(APiece));
+  });
+  return Count;
+}
+
+qint64 TBlockMemoryStream::Write(const void* ABuffer, qint64 ACount) {
+  if (FPosition < 0 || ACount <= 0) return 0;
+  if (qint64(FPosition) + ACount > std::numeric_limits<qint32>::max()) return 0;
+  if (FPosition + ACount > FSize) SetSize(FPosition + ACount);
+  const char* Src = static_cast<const char*>(ABuffer);
+  ForEachPiece(ACount, [Src](char* ABlock, qint64 ADone, qint64 APiece) {
+    std::memcpy(ABlock, Src + ADone, size_t(APiece));
+  });
   return ACount;
 }
 
@@ -87,18 +84,9 @@ void TBlockMemoryStream::Clear() {
 }
 
 void TBlockMemoryStream::LoadFromStream(TStream& AStream) {
-  AStream.SetPosition(0);
-  const qint64 N = AStream.GetSize();
-  SetSize(N);
+  SetSize(AStream.GetSize());
   SetPos(0);
-  char Buf[64 * 1024];
-  qint64 Left = N;
-  while (Left > 0) {
-    const qint64 Piece = std::min<qint64>(Left, sizeof Buf);
-    AStream.ReadBuffer(Buf, Piece);
-    Write(Buf, Piece);
-    Left -= Piece;
-  }
+  CopyFrom(AStream, 0);
   SetPos(0);
 }
 

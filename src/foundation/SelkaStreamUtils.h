@@ -64,6 +64,8 @@ private:
   template <typename T>
   void WriteValue(const T& AValue);
   void SetPos(qint32 APos);
+  template <typename F>
+  void ForEachPiece(qint64 ACount, F ACopy);
 
   std::vector<std::unique_ptr<char[]>> FBlocks;
   qint32 FSize = 0;
