@@ -1,4 +1,4 @@
-#include "DseCommandLine.h"
+#include "DseCommands.h"
 
 #include <QCoreApplication>
 
@@ -9,6 +9,7 @@ int main(int argc, char** argv) {
   QTextStream Out(stdout);
   QTextStream Err(stderr);
   TDseIO IO{Out, Err};
+  RegisterAllCommands(DseCommands());
   const int Code = DseCommands().Run(App.arguments().mid(1), IO);
   Out.flush();
   Err.flush();

@@ -1,0 +1,10 @@
+#include "DseCommands.h"
+
+void RegisterAllCommands(TDseCommandLine& ACommands) {
+  RegisterExprCommands(ACommands);
+}
+
+int UsageError(TDseIO& AIO, const QString& ACommand, const QString& AMessage) {
+  AIO.Err << QStringLiteral("dse %1: %2. Run 'dse %1 --help' for usage.\n").arg(ACommand, AMessage);
+  return ecUsage;
+}

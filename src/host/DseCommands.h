@@ -1,0 +1,12 @@
+#pragma once
+// Registration of the program's subcommands, one function per family.
+
+#include "DseCommandLine.h"
+
+void RegisterExprCommands(TDseCommandLine& ACommands);
+
+// Fills the program's table once.
+void RegisterAllCommands(TDseCommandLine& ACommands);
+
+// Prints "dse NAME: MESSAGE" and a hint on stderr; returns the usage exit code.
+int UsageError(TDseIO& AIO, const QString& ACommand, const QString& AMessage);
