@@ -72,7 +72,6 @@ bool TExpr::Execute(const QString& AExpr, bool ACheckResultDataType) {
   Text.remove(QChar(u'\0'));
   FExprResult.reset();
   PExpression Result;
-  QString Parsed;
   {
     TRestore Restore{*this, SavedInput, SavedPos, SavedStack, SavedCheck, SavedUnresolved};
     FParseInput = Text;
@@ -81,9 +80,8 @@ bool TExpr::Execute(const QString& AExpr, bool ACheckResultDataType) {
     FCheckResultDataType = ACheckResultDataType;
     FUnresolved.clear();
     Result = Expression();
-    Parsed = FParseInput;
+    FLastParsed = FParseInput;
   }
-  FParseInput = Parsed;
   FExprResult = Result;
   return FExprResult != nullptr;
 }
@@ -141,7 +139,9 @@ PExpression TExpr::Factor() {
   }
   if (AtEnd()) Fail(QStringLiteral("Unexpected end of factor"));
   if (FSyntaxError) {
+    // The event has dealt with the text: nothing more of it is read.
     FSyntaxError(*this);
+    FParseInputPos = int(FParseInput.size()) + 1;
     return nullptr;
   }
   Fail(QStringLiteral("Syntax error"));

@@ -25,7 +25,7 @@ public:
 
   const PExpression& ExprResult() const { return FExprResult; }
   // The text as parsed, with replacing identifiers expanded.
-  const QString& ParseInput() const { return FParseInput; }
+  const QString& ParseInput() const { return FLastParsed; }
 
   void SetIDProc(TIdentifierProc AProc) { FIDProc = std::move(AProc); }
   void SetGetStatisticalProc(TStatisticalGetProc AProc) { FGetStatisticalProc = std::move(AProc); }
@@ -66,7 +66,8 @@ private:
   TExprErrorEvent FSyntaxError;
   bool FRaiseError = true;
   bool FUseDegree = false;
-  QString FUnresolved;  // a name that no one could resolve, for the message if it is used
+  QString FUnresolved;
+  QString FLastParsed;  // a name that no one could resolve, for the message if it is used
 };
 
 // Name characters: ASCII letters and _ @ # " [ ] { }; digits continue a name.
