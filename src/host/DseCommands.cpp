@@ -2,6 +2,7 @@
 
 void RegisterAllCommands(TDseCommandLine& ACommands) {
   RegisterExprCommands(ACommands);
+  RegisterUnitCommands(ACommands);
 }
 
 int UsageError(TDseIO& AIO, const QString& ACommand, const QString& AMessage) {

@@ -4,6 +4,7 @@
 #include "DseCommandLine.h"
 
 void RegisterExprCommands(TDseCommandLine& ACommands);
+void RegisterUnitCommands(TDseCommandLine& ACommands);
 
 // Fills the program's table once.
 void RegisterAllCommands(TDseCommandLine& ACommands);

@@ -1,0 +1,8 @@
+#include "MZTBarInfoConst.h"
+
+namespace {
+int GBarStandardCode = 1;
+}
+
+int BarStandardCode() { return GBarStandardCode; }
+void SetBarStandardCode(int ACode) { GBarStandardCode = ACode; }
