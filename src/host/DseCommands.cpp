@@ -3,6 +3,7 @@
 void RegisterAllCommands(TDseCommandLine& ACommands) {
   RegisterExprCommands(ACommands);
   RegisterUnitCommands(ACommands);
+  RegisterBarInfoCommands(ACommands);
 }
 
 int UsageError(TDseIO& AIO, const QString& ACommand, const QString& AMessage) {

@@ -5,6 +5,7 @@
 
 void RegisterExprCommands(TDseCommandLine& ACommands);
 void RegisterUnitCommands(TDseCommandLine& ACommands);
+void RegisterBarInfoCommands(TDseCommandLine& ACommands);
 
 // Fills the program's table once.
 void RegisterAllCommands(TDseCommandLine& ACommands);
