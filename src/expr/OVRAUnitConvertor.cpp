@@ -6,6 +6,7 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <cmath>
 #include <numeric>
 
@@ -76,13 +77,14 @@ double FractionValue(const QString& AText) {
 // Feet, whole inches and the sixteenths left, from millimetres.
 void SplitMm(double AMM, int& AFeet, int& AInches, QString& AFraction) {
   AFeet = int(FloorEps(AMM / MmPerFoot));
-  double Rest = AMM - AFeet * MmPerFoot;
+  // FloorEps may round a hair up: what is left is then a hair below zero.
+  double Rest = std::max(0.0, AMM - AFeet * MmPerFoot);
   AInches = int(FloorEps(Rest / MmPerInch));
   if (AInches >= 12) {
     ++AFeet;
     AInches -= 12;
   }
-  Rest -= AInches * MmPerInch;
+  Rest = std::max(0.0, Rest - AInches * MmPerInch);
   AFraction = TOVRAUnitConvert::GetFractionInch(Rest);
 }
 

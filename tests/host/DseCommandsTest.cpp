@@ -1,0 +1,90 @@
+#include "DseCommands.h"
+#include "MZTBarInfoConst.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+struct TResult {
+  int Code;
+  QString Out, Err;
+};
+
+TResult Dse(const QStringList& AArgs) {
+  static TDseCommandLine Cli = [] {
+    TDseCommandLine C;
+    RegisterAllCommands(C);
+    return C;
+  }();
+  QString Out, Err;
+  QTextStream O(&Out), E(&Err);
+  TDseIO IO{O, E};
+  const int Code = Cli.Run(AArgs, IO);
+  O.flush();
+  E.flush();
+  return {Code, Out, Err};
+}
+}  // namespace
+
+TEST(DseExpr, PrintsTypeAndValueOrTheError) {
+  const struct {
+    QStringList Args;
+    int Code;
+    const char* Out;
+    const char* Err;
+  } Cases[] = {
+      {{"expr", "1 + 2 * 3"}, 0, "Integer 7\n", ""},
+      {{"expr", "'a' + 1"}, 0, "String a1\n", ""},
+      {{"expr", "--degree", "SIN(90)"}, 0, "Float 1\n", ""},
+      {{"expr", "--check", "10 / 0"}, 0, "Float 1\n", ""},
+      {{"expr", "10 / 0"}, 1, "", "error: Floating point division by zero\n"},
+      {{"expr", "x * 2"}, 1, "", "error: Unknown Identifier X\n"},
+      {{"expr", "1)"}, 1, "", "error: char ) in input stream\n"},
+      {{"expr"}, 2, "", "dse expr: give exactly one expression"},
+      {{"expr", "--bogus", "1"}, 2, "", "dse expr: unknown option '--bogus'"},
+  };
+  for (const auto& C : Cases) {
+    SCOPED_TRACE(C.Args.join(u' ').toStdString());
+    const TResult R = Dse(C.Args);
+    EXPECT_EQ(R.Code, C.Code);
+    EXPECT_EQ(R.Out, QString::fromUtf8(C.Out));
+    const QString Want = QString::fromUtf8(C.Err);
+    EXPECT_EQ(R.Err.left(Want.size()), Want);
+    EXPECT_EQ(R.Err.isEmpty(), Want.isEmpty());
+  }
+}
+
+TEST(DseBarInfo, PrintsOneJsonObject) {
+  const int Saved = BarStandardCode();
+  TResult R = Dse({"barinfo", "--code", "1", "A8@100/200"});
+  EXPECT_EQ(R.Code, 0);
+  EXPECT_EQ(R.Out, QStringLiteral("{\"count\":null,\"diameter\":8,\"level\":\"bltLevel1\",\"levelText\":\"A\","
+                                  "\"space1\":100,\"space2\":200,\"text\":\"A8@100/200\"}\n"));
+  R = Dse({"barinfo", "--code", "1", "0A12"});
+  EXPECT_EQ(R.Code, 1);
+  EXPECT_EQ(R.Err, QStringLiteral("error: 钢筋输入格式错误:数量的范围是[1,30000]之间的整数\n"));
+  const QString Dict = QStringLiteral(DSE_SOURCE_DIR "/data/diameters-metric.json");
+  EXPECT_EQ(Dse({"barinfo", "--code", "1", "--dict", Dict, "A13@100"}).Code, 1);
+  EXPECT_EQ(Dse({"barinfo", "--code", "1", "--dict", Dict, "3B25"}).Code, 0);
+  R = Dse({"barinfo", "--code", "1", "--dict", "/nonexistent.json", "3B25"});
+  EXPECT_EQ(R.Code, 1);
+  EXPECT_TRUE(R.Err.startsWith(QStringLiteral("error: cannot open diameter dictionary")));
+  EXPECT_EQ(Dse({"barinfo", "A12"}).Code, 2);
+  EXPECT_EQ(Dse({"barinfo", "--code", "x", "A12"}).Code, 2);
+  SetBarStandardCode(Saved);
+}
+
+TEST(DseUnit, ConvertsAndChecks) {
+  EXPECT_EQ(Dse({"unit", "foot-to-mm", "5'-11 3/8\""}).Out, QStringLiteral("1812.925\n"));
+  EXPECT_EQ(Dse({"unit", "mm-to-foot", "1812.925", "--format", "ffHyphenExt"}).Out, QStringLiteral("5'-11 3/8\"\n"));
+  EXPECT_EQ(Dse({"unit", "check-foot", "0511"}).Out, QStringLiteral("ffFourLength\n"));
+  const TResult Bad = Dse({"unit", "check-foot", "5-12"});
+  EXPECT_EQ(Bad.Code, 1);
+  EXPECT_EQ(Bad.Out, QStringLiteral("invalid\n"));
+  EXPECT_EQ(Dse({"unit", "foot-to-mm", "abc"}).Code, 1);
+  EXPECT_EQ(Dse({"unit", "mm-to-foot", "12", "--format", "ffNope"}).Code, 2);
+  EXPECT_EQ(Dse({"unit", "mm-to-foot", "-3", "--format", "ffHyphen"}).Code, 1);
+  EXPECT_EQ(Dse({"unit", "frob"}).Code, 2);
+}
