@@ -4,6 +4,7 @@ void RegisterAllCommands(TDseCommandLine& ACommands) {
   RegisterExprCommands(ACommands);
   RegisterUnitCommands(ACommands);
   RegisterBarInfoCommands(ACommands);
+  RegisterScriptCommands(ACommands);
 }
 
 int UsageError(TDseIO& AIO, const QString& ACommand, const QString& AMessage) {
