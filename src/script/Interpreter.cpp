@@ -197,7 +197,7 @@ bool TInterpreter::StringExpr(const QString& AText, const QString& AProcName, QS
   for (int I = 0; I < Parts.size(); ++I) {
     const QString V = StringTerm(Trim(Parts[I]), AProcName);
     if (V == SErrorValue) {
-      ShowErrorBox(QStringLiteral("非法字符串:") + LB + Parts.mid(I).join(u'&'));
+      ShowErrorBox(QStringLiteral("非法字符串:") + LB + Trim(Parts.mid(I).join(u'&')));
       return false;
     }
     AValue += V;

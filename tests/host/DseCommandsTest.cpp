@@ -3,6 +3,8 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -87,4 +89,59 @@ TEST(DseUnit, ConvertsAndChecks) {
   EXPECT_EQ(Dse({"unit", "mm-to-foot", "12", "--format", "ffNope"}).Code, 2);
   EXPECT_EQ(Dse({"unit", "mm-to-foot", "-3", "--format", "ffHyphen"}).Code, 1);
   EXPECT_EQ(Dse({"unit", "frob"}).Code, 2);
+}
+
+namespace {
+QString WriteScript(const QString& ADir, const char* AText) {
+  const QString Path = ADir + QStringLiteral("/s.txt");
+  QFile F(Path);
+  F.open(QIODevice::WriteOnly);
+  F.write(AText);
+  return Path;
+}
+}  // namespace
+
+TEST(DseScript, RunsStepsAndQueries) {
+  QTemporaryDir Dir;
+  const QString S = WriteScript(Dir.path(), "int a\na=lc*2\nif a>10\nmsgbox Big\nendif\nmainend\n");
+  TResult R = Dse({"script", S, "--var", "lc=7", "--query", "a", "--query", "zz"});
+  EXPECT_EQ(R.Code, 0);
+  EXPECT_EQ(R.Out, QStringLiteral("[错误] big\na=14\nzz=\n"));
+  R = Dse({"script", S, "--var", "lc=1", "--step"});
+  EXPECT_EQ(R.Code, 0);
+  EXPECT_EQ(R.Out, QStringLiteral("step 0 0\nstep 1 0\nstep 2 0\nstep 5 2\n"));
+
+  const QString Bad = WriteScript(Dir.path(), "int a\na=1\nendif\n");
+  R = Dse({"script", Bad, "--step"});
+  EXPECT_EQ(R.Code, 1);
+  EXPECT_EQ(R.Out, QStringLiteral("step 0 0\nstep 1 0\n[错误] 非法语句行：\\nendif\\n请重新检测语法！\nstep 2 1\n"));
+
+  const QString Escapes = WriteScript(Dir.path(), "int a\na=nope\n");
+  R = Dse({"script", Escapes});
+  EXPECT_EQ(R.Code, 3);
+  EXPECT_EQ(R.Err, QStringLiteral("error: 标识符[NOPE]无法识别\n"));
+
+  const QString Endless = WriteScript(Dir.path(), "exitfrom\n");
+  R = Dse({"script", Endless, "--max-steps", "50"});
+  EXPECT_EQ(R.Code, 4);
+  EXPECT_EQ(R.Err, QStringLiteral("error: step limit of 50 statements reached\n"));
+
+  const QString Cancel = WriteScript(Dir.path(), "cancel\n");
+  EXPECT_EQ(Dse({"script", Cancel}).Code, 1);
+  EXPECT_EQ(Dse({"script", Cancel, "--step"}).Out, QStringLiteral("step 0 4\n"));
+}
+
+TEST(DseScript, TokensAndBadArguments) {
+  QTemporaryDir Dir;
+  const QString S = WriteScript(Dir.path(), "if lc>1 /* c\nx */\n");
+  const TResult R = Dse({"script", "--tokens", S, "--param", "LC"});
+  EXPECT_EQ(R.Code, 0);
+  EXPECT_EQ(R.Out, QStringLiteral("0: tkKey(if) tkSpace( ) tkVariable(lc) tkUnknown(>) tkNumber(1) tkSpace( ) tkComment(/* c)\n"
+                                  "1: tkComment(x */)\n2:\n"));
+  EXPECT_EQ(Dse({"script"}).Code, 2);
+  EXPECT_EQ(Dse({"script", S, "--var", "novalue"}).Code, 2);
+  EXPECT_EQ(Dse({"script", S, "--max-steps", "0"}).Code, 2);
+  const TResult Missing = Dse({"script", Dir.path() + QStringLiteral("/none.txt")});
+  EXPECT_EQ(Missing.Code, 1);
+  EXPECT_TRUE(Missing.Err.startsWith(QStringLiteral("error: cannot open")));
 }
