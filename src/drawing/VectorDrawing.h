@@ -1,0 +1,222 @@
+#pragma once
+// The drawing document: an ordered list of items in world coordinates, layers, a
+// selection set, a page size, a background colour and two free texts. It owns its
+// items and layers and nothing of the screen: every draw call gets the painter and
+// the view transform to use. Every model change counts on FChangeCount and asks for
+// a repaint, held back inside an update bracket.
+
+#include "VectorDrawingItem.h"
+
+#include <QString>
+
+#include <bitset>
+#include <functional>
+#include <memory>
+#include <vector>
+
+class TVectorDrawing;
+class TLayers;
+
+enum TVDSaveFormat { sfBin = 0, sfXML = 1 };
+// An empty set means every type.
+using TDrawingItemTypeSet = std::bitset<256>;
+
+using TProcedureEvent = std::function<void()>;
+using TItemChangedEvent = std::function<void(int AID)>;
+// Enters with AAccept true; a handler may veto.
+using TVDAcceptItemEvent = std::function<void(TVectorDrawing& ASender, TVectorDrawingItem& AItem, bool& AAccept)>;
+
+class TLayer {
+public:
+  TLayer(TLayers* AOwner, int AID, const QString& AName, TColor AColor, bool AVisible)
+      : FColor(AColor), FID(AID), FName(AName), FOwner(AOwner), FVisible(AVisible) {}
+  TColor Color() const { return FColor; }
+  int ID() const { return FID; }
+  const QString& Name() const { return FName; }
+  bool Visible() const { return FVisible; }
+  // Each counts one change when the value differs (names ignoring case).
+  void SetColor(TColor AValue);
+  void SetName(const QString& AValue);
+  void SetVisible(bool AValue);
+  void SetID(int AID) { FID = AID; }
+  // Makes this layer current; no change is counted.
+  void SetAsCurLayer();
+
+private:
+  TColor FColor;
+  int FID;
+  QString FName;
+  TLayers* FOwner;
+  bool FVisible;
+};
+
+// Layer 0 ("0", white, visible) stands at index 0 and cannot be removed.
+class TLayers {
+public:
+  explicit TLayers(TVectorDrawing* AOwner);
+  TLayers(const TLayers&) = delete;
+  TLayers& operator=(const TLayers&) = delete;
+
+  // The existing layer of that name (ignoring case), or a new one with ID 1 + the largest.
+  TLayer* Add(const QString& AName);
+  // Raises "0层不能被删除" for index 0 and "图层已经存在图元，不能被删除" for a layer in use.
+  void Delete(int AIndex);
+  int Remove(TLayer* ALayer);
+  // Deletes from the last down to index 1.
+  void Clear();
+  int IndexOf(const TLayer* ALayer) const;
+  int Count() const { return int(FList.size()); }
+  TLayer* Items(int AIndex) const { return FList[size_t(AIndex)].get(); }
+  TLayer* GetItemByID(int AID) const;
+  TLayer* GetItemByName(const QString& AName) const;
+  TLayer* CurLayer() const { return FCurLayer; }
+  void SetCurLayer(TLayer* ALayer) { FCurLayer = ALayer; }
+  TVectorDrawing* Owner() const { return FOwner; }
+
+  // For loaders: appends a layer as read, without counting a change.
+  TLayer* AppendRaw(int AID, const QString& AName, TColor AColor, bool AVisible);
+  void ClearRaw();
+  // After a load: layer 0 at index 0, and current.
+  void Repair();
+
+private:
+  TLayer* FCurLayer = nullptr;
+  std::vector<std::unique_ptr<TLayer>> FList;
+  TVectorDrawing* FOwner;
+};
+
+// Not owning; an item is in the list exactly when its Selected flag is set.
+class TVectorDrawingSelSet {
+public:
+  explicit TVectorDrawingSelSet(TVectorDrawing* AOwner) : FOwner(AOwner) {}
+  // Asks the drawing's OnSelSetChanging first.
+  void Add(TVectorDrawingItem* AItem);
+  void Remove(TVectorDrawingItem* AItem);
+  void Delete(int AIndex);
+  void Clear();
+  int IndexOf(const TVectorDrawingItem* AItem) const;
+  int Count() const { return int(FList.size()); }
+  TVectorDrawingItem* Items(int AIndex) const { return FList[size_t(AIndex)]; }
+  void SetItems(int AIndex, TVectorDrawingItem* AItem) { FList[size_t(AIndex)] = AItem; }
+
+private:
+  std::vector<TVectorDrawingItem*> FList;
+  TVectorDrawing* FOwner;
+};
+
+class TVectorDrawing {
+public:
+  static constexpr const char* CurrentVersion = "2.2";
+
+  explicit TVectorDrawing(TProcedureEvent AOnSelSetChanged = nullptr);
+  ~TVectorDrawing();
+  TVectorDrawing(const TVectorDrawing&) = delete;
+  TVectorDrawing& operator=(const TVectorDrawing&) = delete;
+
+  // Takes ownership. An ID already in use is replaced from FMaxID; an item without a
+  // layer of this drawing gets layer 0. Returns the list index.
+  int Add(TVectorDrawingItem* AItem);
+  void Delete(int AIndex);
+  void Remove(TVectorDrawingItem* AItem);
+  void Clear();
+  void Initialize(bool ANewFlag);
+  int Count() const { return int(FList.size()); }
+  TVectorDrawingItem* Items(int AIndex) const { return FList[size_t(AIndex)].get(); }
+  int IndexOf(const TVectorDrawingItem* AItem) const;
+  int IndexOfID(int AID) const;
+  int GenID() { return ++FMaxID; }
+  int MaxID() const { return FMaxID; }
+  void SetMaxID(int AValue) { FMaxID = AValue; }
+  // 1 + the largest item ID, 0 without items.
+  void RecalcMaxID();
+
+  void BeginUpdate() { ++FUpdateCount; }
+  void EndUpdate();
+  void Notify();
+  // The one step of every model change: count it, then ask for a repaint.
+  void DoChange();
+  // The selection step: at once outside an update bracket, else held back.
+  void SelSetChanged();
+
+  // Newest item first; ASelItemTypeSet empty means every type.
+  TVectorDrawingItem* HitTest(const TKRNVector2d& AHitPt, double ATol,
+                              const TDrawingItemTypeSet& ASelItemTypeSet = {});
+  // The same walk with the geometric test before the veto.
+  TVectorDrawingItem* SnapDrawingItem(const TKRNVector2d& AHitPt, double ATol,
+                                      const TDrawingItemTypeSet& ASelItemTypeSet = {});
+  // Flips the selection of what the click or box reaches; false in every case.
+  bool HitSelect(int AShift, const TKRNVector2d& AStartPt, const TKRNVector2d& AEndPt, double ATol,
+                 const TDrawingItemTypeSet& ASelItemTypeSet = {});
+
+  bool CalcDrawingRange(const TKRNCoordTrans& ACoordTrans, const TKRNRect& ARect, TKRNBox2d& ADrawingRange) const;
+  // Background, then each display level, then the selected items on top.
+  void Draw(QPainter& AHDC, const TKRNCoordTrans& ACoordTrans, const TKRNRect& ARect);
+  // The whole drawing fitted into ARect less the margins.
+  void Draw(QPainter& AHDC, const TKRNRect& ARect, int AHorzMargin, int AVertMargin);
+  // The union of the items' boxes, zero on an empty drawing.
+  TKRNBox2d ItemsRange() const;
+
+  int CompareVersion(double ARefConvertedVersion) const;
+  int CompareOriVersion(double ARefConvertedVersion) const;
+  const QString& Version() const { return FVersion; }
+  void SetVersion(const QString& AValue);
+  double ConvertedVersion() const { return FConvertedVersion; }
+  const QString& OriVersion() const { return FOriVersion; }
+  // Stores the string, then converts FVersion (not the string) into the original number.
+  void SetOriVersion(const QString& AValue);
+
+  TColor BackColor() const { return FBackColor; }
+  void SetBackColor(TColor AValue);
+  int DrawingWidth() const { return FDrawingWidth; }
+  void SetDrawingWidth(int AValue);
+  int DrawingHeight() const { return FDrawingHeight; }
+  void SetDrawingHeight(int AValue);
+  const QString& Remark() const { return FRemark; }
+  void SetRemark(const QString& AValue);
+  const QString& ExtData() const { return FExtData; }
+  void SetExtData(const QString& AValue);
+  TLayers& Layers() { return *FLayers; }
+  const TLayers& Layers() const { return *FLayers; }
+  TVectorDrawingSelSet& SelSet() { return *FSelSet; }
+  qintptr Tag() const { return FTag; }
+  void SetTag(qintptr AValue) { FTag = AValue; }
+  bool AutoCancelSel() const { return FAutoCancelSel; }
+  void SetAutoCancelSel(bool AValue) { FAutoCancelSel = AValue; }
+  bool Modified() const { return FChangeCount > 0; }
+  int ChangeCount() const { return FChangeCount; }
+  void SetChangeCount(int AValue) { FChangeCount = AValue; }
+  int UpdateCount() const { return FUpdateCount; }
+
+  TItemChangedEvent OnItemAdded;
+  TItemChangedEvent OnItemDeleted;
+  TProcedureEvent OnSelSetChanged;
+  TProcedureEvent OnUpdateDrawing;
+  TVDAcceptItemEvent OnSelSetChanging;
+  TVDAcceptItemEvent OnBeforeHitTestItem;
+
+  // For loaders: appends without Add's checks and events.
+  void AppendRaw(TVectorDrawingItem* AItem);
+
+private:
+  bool Accepts(const TVDAcceptItemEvent& AEvent, TVectorDrawingItem& AItem);
+  static bool InTypeSet(const TDrawingItemTypeSet& ASet, int AType) { return ASet.none() || ASet.test(size_t(AType)); }
+
+  TColor FBackColor = 0;
+  int FChangeCount = 0;
+  int FDrawingHeight = 0;
+  int FDrawingWidth = 0;
+  QString FExtData;
+  std::unique_ptr<TLayers> FLayers;
+  std::vector<std::unique_ptr<TVectorDrawingItem>> FList;
+  int FMaxID = 0;
+  QString FRemark;
+  std::unique_ptr<TVectorDrawingSelSet> FSelSet;
+  bool FSelSetChanged = false;
+  qintptr FTag = 0;
+  int FUpdateCount = 0;
+  QString FVersion;
+  double FConvertedVersion = 0;
+  QString FOriVersion;
+  double FConvertedOriVersion = 0;
+  bool FAutoCancelSel = false;
+};
