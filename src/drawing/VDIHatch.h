@@ -13,6 +13,10 @@ public:
   TVectorHatch(TVectorDrawing* AOwner, int AID, TColor AColor, int AFillStyle, const TKRNPolygon2d& AXPoly);
 
   int ItemType() const override { return itHatch; }
+  void ReadFromStream(TVDReader& AReader) override;
+  void WriteToStream(TVDWriter& AWriter) const override;
+  void ReadFromXMLNode(IXMLNode& ANode) override;
+  void WriteToXMLNode(IXMLNode& ANode) const override;
   int DisplayLevel() const override { return 0; }
   void BuildOutRect() override;
   void DrawElastic(QPainter& AHDC, const TKRNCoordTrans& ACoordTrans) override;
@@ -50,6 +54,8 @@ public:
   TVectorHatchM(TVectorDrawing* AOwner, int AID, TColor AColor);
 
   int ItemType() const override { return itHatchM; }
+  void ReadFromXMLNode(IXMLNode& ANode) override;
+  void WriteToXMLNode(IXMLNode& ANode) const override;
   int DisplayLevel() const override { return 0; }
   void BuildOutRect() override {}
   void DrawElastic(QPainter&, const TKRNCoordTrans&) override {}

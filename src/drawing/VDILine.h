@@ -61,6 +61,11 @@ public:
   void SetNextItemID(int AValue) { FNextItemID = AValue; }
 
 protected:
+  // The line base of both file forms (the old three-field mark form included).
+  void ReadLineBase(TVDReader& AReader);
+  void WriteLineBase(TVDWriter& AWriter) const;
+  void ReadLineBase(IXMLNode& ANode);
+  void WriteLineBase(IXMLNode& ANode) const;
   void SetMarkFields(int AWidth, int AStyle, int AStartSize, int AEndSize, TMarkStyle AStartStyle, TMarkStyle AEndStyle);
   // The path without marks, for the short way of drawing.
   virtual void DrawPath(QPainter& AHDC, const TKRNCoordTrans& ACoordTrans, int AStyle, TColor AColor,
@@ -86,6 +91,10 @@ public:
               const TKRNVector2d& AEndPt);
 
   int ItemType() const override { return itLine; }
+  void ReadFromStream(TVDReader& AReader) override;
+  void WriteToStream(TVDWriter& AWriter) const override;
+  void ReadFromXMLNode(IXMLNode& ANode) override;
+  void WriteToXMLNode(IXMLNode& ANode) const override;
   int GetEdgeCount() const override { return 1; }
   const TKRNCustomLine2d* GetEdge(int) const override { return FXLine.get(); }
   int GetGripCount() const override { return 3; }
@@ -118,6 +127,10 @@ public:
              const TKRNVector2d& AEndPt, double ARadius, TKRNArcType AArcType);
 
   int ItemType() const override { return itArc; }
+  void ReadFromStream(TVDReader& AReader) override;
+  void WriteToStream(TVDWriter& AWriter) const override;
+  void ReadFromXMLNode(IXMLNode& ANode) override;
+  void WriteToXMLNode(IXMLNode& ANode) const override;
   void Accept(IVDIVisitor& AVisitor) override;
   std::unique_ptr<TVDICoordData> CreateCoordData() const override;
   void SetCoordData(const TVDICoordData& ACoordData) override;
@@ -133,6 +146,10 @@ public:
   explicit TVectorPolyline(TVectorDrawing* AOwner);
 
   int ItemType() const override { return itPolyline; }
+  void ReadFromStream(TVDReader& AReader) override;
+  void WriteToStream(TVDWriter& AWriter) const override;
+  void ReadFromXMLNode(IXMLNode& ANode) override;
+  void WriteToXMLNode(IXMLNode& ANode) const override;
   // Vertices - 1, never below 0.
   int GetEdgeCount() const override;
   const TKRNCustomLine2d* GetEdge(int AIndex) const override;

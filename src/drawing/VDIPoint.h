@@ -12,6 +12,10 @@ public:
                TPointStyle APointStyle);
 
   int ItemType() const override { return itPoint; }
+  void ReadFromStream(TVDReader& AReader) override;
+  void WriteToStream(TVDWriter& AWriter) const override;
+  void ReadFromXMLNode(IXMLNode& ANode) override;
+  void WriteToXMLNode(IXMLNode& ANode) const override;
   int DisplayLevel() const override { return 3; }
   void BuildOutRect() override;
   void DrawElastic(QPainter& AHDC, const TKRNCoordTrans& ACoordTrans) override;
@@ -49,6 +53,10 @@ public:
                 const TKRNVector2d& ACenterPt, double ARadius);
 
   int ItemType() const override { return itCircle; }
+  void ReadFromStream(TVDReader& AReader) override;
+  void WriteToStream(TVDWriter& AWriter) const override;
+  void ReadFromXMLNode(IXMLNode& ANode) override;
+  void WriteToXMLNode(IXMLNode& ANode) const override;
   int DisplayLevel() const override { return 1; }
   void BuildOutRect() override;
   void DrawElastic(QPainter& AHDC, const TKRNCoordTrans& ACoordTrans) override;

@@ -13,6 +13,10 @@ public:
               TVertAlignment AVertAlignment, bool ATransparent, TColor ABackColor, const QString& AExtData);
 
   int ItemType() const override { return itText; }
+  void ReadFromStream(TVDReader& AReader) override;
+  void WriteToStream(TVDWriter& AWriter) const override;
+  void ReadFromXMLNode(IXMLNode& ANode) override;
+  void WriteToXMLNode(IXMLNode& ANode) const override;
   int DisplayLevel() const override { return 2; }
   void BuildOutRect() override;
   void DrawElastic(QPainter& AHDC, const TKRNCoordTrans& ACoordTrans) override;
@@ -84,6 +88,8 @@ public:
                  const QString& ADate = QString());
 
   int ItemType() const override { return itComment; }
+  void ReadFromXMLNode(IXMLNode& ANode) override;
+  void WriteToXMLNode(IXMLNode& ANode) const override;
   int DisplayLevel() const override { return 0; }
   void BuildOutRect() override { FOutRect = FCommentPoly->GetCount() ? FCommentPoly->Box() : TKRNBox2d{}; }
   void DrawElastic(QPainter&, const TKRNCoordTrans&) override {}

@@ -1,5 +1,7 @@
 #include "VectorDrawing.h"
 
+#include "VDIFormat.h"
+
 #include <QPainter>
 
 #include <algorithm>
@@ -148,6 +150,7 @@ int TVectorDrawingSelSet::IndexOf(const TVectorDrawingItem* AItem) const {
 TVectorDrawing::TVectorDrawing(TProcedureEvent AOnSelSetChanged) : OnSelSetChanged(std::move(AOnSelSetChanged)) {
   RegisterDrawingItemClasses();
   SetVersion(QString::fromLatin1(CurrentVersion));
+  SetVDTagTable(FVersion);
   FLayers = std::make_unique<TLayers>(this);
   FSelSet = std::make_unique<TVectorDrawingSelSet>(this);
 }

@@ -16,6 +16,10 @@
 
 class TVectorDrawing;
 class TLayers;
+class TStream;
+class IXMLNode;
+class TVDReader;
+class TVDWriter;
 
 enum TVDSaveFormat { sfBin = 0, sfXML = 1 };
 // An empty set means every type.
@@ -78,6 +82,10 @@ public:
   void ClearRaw();
   // After a load: layer 0 at index 0, and current.
   void Repair();
+  void LoadFromStream(TVDReader& AReader);
+  void SaveToStream(TVDWriter& AWriter) const;
+  void LoadFromXMLNode(IXMLNode& ANode);
+  void SaveToXMLNode(IXMLNode& ANode) const;
 
 private:
   TLayer* FCurLayer = nullptr;
@@ -197,7 +205,24 @@ public:
   // For loaders: appends without Add's checks and events.
   void AppendRaw(TVectorDrawingItem* AItem);
 
+  // The file forms. A load clears the drawing first and raises EVDEError on bad input,
+  // leaving what was read; the update bracket is closed on every path. A save sets the
+  // change count to 0: binary at the stream's position, XML replacing its content.
+  bool SaveToStream(TStream& AStream, TVDSaveFormat ASaveFormat = sfBin, bool AOnlySelItems = false);
+  bool SaveToFile(const QString& AFileName, TVDSaveFormat ASaveFormat = sfBin, bool AOnlySelItems = false);
+  bool LoadFromStream(TStream& AStream);
+  // Detects the form by "<?xml" at the stream's position.
+  bool LoadFromStream(TStream& AStream, TVDSaveFormat& ASaveFormat);
+  bool LoadFromFile(const QString& AFileName);
+  bool LoadFromFile(const QString& AFileName, TVDSaveFormat& ASaveFormat);
+  void SaveToXMLNode(IXMLNode& ANode, bool AOnlySelItems = false) const;
+  // Through the binary form with all items: IDs carry over.
+  void Assign(const TVectorDrawing& ASource);
+
 private:
+  void LoadBinary(TStream& AStream);
+  void LoadXML(TStream& AStream);
+  std::vector<TVectorDrawingItem*> ItemsToSave(bool AOnlySelItems) const;
   bool Accepts(const TVDAcceptItemEvent& AEvent, TVectorDrawingItem& AItem);
   static bool InTypeSet(const TDrawingItemTypeSet& ASet, int AType) { return ASet.none() || ASet.test(size_t(AType)); }
 

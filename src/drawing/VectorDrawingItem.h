@@ -16,6 +16,9 @@
 
 class QPainter;
 class TVectorDrawing;
+class TVDReader;
+class TVDWriter;
+class IXMLNode;
 class TLayer;
 class IVDIVisitor;
 
@@ -139,6 +142,14 @@ public:
   virtual bool HitSelect(const TKRNVector2d& AStartPt, const TKRNVector2d& AEndPt, double ATol) = 0;
   virtual bool HitTest(const TKRNVector2d& AHitPt, double ATol) = 0;
   virtual bool Pastable() const { return true; }
+  // The file forms: the header of every item, then the class part.
+  virtual void ReadFromStream(TVDReader& AReader);
+  virtual void WriteToStream(TVDWriter& AWriter) const;
+  virtual void ReadFromXMLNode(IXMLNode& ANode);
+  virtual void WriteToXMLNode(IXMLNode& ANode) const;
+  // Read, then rebuild the box.
+  void LoadFromStream(TVDReader& AReader);
+  void LoadFromXMLNode(IXMLNode& ANode);
 
   // A copy of the same class. Without an owner it keeps the ID; into its own drawing
   // it takes a new one; into another drawing it keeps a free ID. Added to AOwner.

@@ -1,0 +1,452 @@
+// The file forms of the item classes: the header every item shares and each
+// class's part, in binary and in XML.
+#include "SelkaXMLDoc.h"
+#include "VDIFormat.h"
+#include "VDIHatch.h"
+#include "VDILine.h"
+#include "VDIPoint.h"
+#include "VDIText.h"
+#include "VectorDrawing.h"
+
+#include <algorithm>
+
+// ---- the header -------------------------------------------------------------
+
+void TVectorDrawingItem::LoadFromStream(TVDReader& AReader) {
+  ReadFromStream(AReader);
+  Changed(true);
+}
+
+void TVectorDrawingItem::LoadFromXMLNode(IXMLNode& ANode) {
+  ReadFromXMLNode(ANode);
+  Changed(true);
+}
+
+// The numeric version tests are plain comparisons of the version number.
+void TVectorDrawingItem::ReadFromStream(TVDReader& R) {
+  const double V = R.VersionNumber();
+  FID = R.I32();
+  if (V > 1.45) {
+    FBlockTypeID = R.I32();
+    FBlockID = R.I32();
+  }
+  const qint32 Layer = R.I32();
+  FLayer = FOwner ? FOwner->Layers().GetItemByID(Layer) : nullptr;
+  FColor = R.U32();
+  if (R.Version() != QLatin1String("1.0")) FExtData = R.Str(4);
+  FRelationID = V >= 1.6 ? R.I32() : -1;
+  if (V > 1.7) FEnableType = R.I32();
+  if (V > 1.9) FCurrentScale = R.F64();
+}
+
+void TVectorDrawingItem::WriteToStream(TVDWriter& W) const {
+  W.U8(quint8(ItemType()));
+  W.I32(FID);
+  W.I32(FBlockTypeID);
+  W.I32(FBlockID);
+  W.I32(FLayer ? FLayer->ID() : 0);
+  W.U32(FColor);
+  W.Str(FExtData, 4);
+  W.I32(FRelationID);
+  W.I32(FEnableType);
+  W.F64(FCurrentScale);
+}
+
+void TVectorDrawingItem::ReadFromXMLNode(IXMLNode& N) {
+  const TVDTags& T = VDTags();
+  FID = int(N.AttrAsInteger(T.ID));
+  if (N.HasAttr(QStringLiteral("BlockTypeID"))) FBlockTypeID = int(N.AttrAsInteger(QStringLiteral("BlockTypeID")));
+  if (N.HasAttr(QStringLiteral("BlcokID"))) FBlockID = int(N.AttrAsInteger(QStringLiteral("BlcokID")));
+  const int Layer = int(N.AttrAsInteger(T.LayerID));
+  FLayer = FOwner ? FOwner->Layers().GetItemByID(Layer) : nullptr;
+  FColor = TColor(N.AttrAsInteger(T.Color));
+  FRelationID = int(N.AttrAsInteger(T.RelationID));
+  FEnableType = int(N.AttrAsInteger(T.EnableType));
+  FCurrentScale = N.AttrAsFloat(T.CurrentScale);
+  FExtData = N.Text();
+}
+
+void TVectorDrawingItem::WriteToXMLNode(IXMLNode& N) const {
+  const TVDTags& T = VDTags();
+  N.SetAttr(T.ItemType, qint64(ItemType()));
+  N.SetAttr(T.ID, qint64(FID));
+  N.SetAttr(QStringLiteral("BlockTypeID"), qint64(FBlockTypeID));
+  N.SetAttr(QStringLiteral("BlcokID"), qint64(FBlockID));
+  N.SetAttr(T.LayerID, qint64(FLayer ? FLayer->ID() : 0));
+  N.SetAttr(T.Color, qint64(FColor));
+  N.SetAttr(T.RelationID, qint64(FRelationID));
+  N.SetAttr(T.EnableType, qint64(FEnableType));
+  N.SetAttrFloat(T.CurrentScale, FCurrentScale);
+  if (!FExtData.isEmpty()) N.SetText(FExtData);
+}
+
+// ---- points and circles -----------------------------------------------------
+
+void TVectorPoint::ReadFromStream(TVDReader& R) {
+  TVectorDrawingItem::ReadFromStream(R);
+  FInsertPt = R.Point();
+  FSize = R.I16();
+  FPointStyle = R.U8() == 1 ? psCross : psPoint;
+}
+
+void TVectorPoint::WriteToStream(TVDWriter& W) const {
+  TVectorDrawingItem::WriteToStream(W);
+  W.Point(FInsertPt);
+  W.I16(FSize);
+  W.U8(quint8(FPointStyle));
+}
+
+void TVectorPoint::ReadFromXMLNode(IXMLNode& N) {
+  TVectorDrawingItem::ReadFromXMLNode(N);
+  const TVDTags& T = VDTags();
+  FInsertPt = VDTextPoint(N.AttrAsString(T.InsertPt));
+  FSize = qint16(N.AttrAsInteger(T.PointSize));
+  FPointStyle = N.AttrAsInteger(T.PointStyle) == 1 ? psCross : psPoint;
+}
+
+void TVectorPoint::WriteToXMLNode(IXMLNode& N) const {
+  TVectorDrawingItem::WriteToXMLNode(N);
+  const TVDTags& T = VDTags();
+  N.SetAttr(T.InsertPt, VDPointText(FInsertPt));
+  N.SetAttr(T.PointSize, qint64(FSize));
+  N.SetAttr(T.PointStyle, qint64(FPointStyle));
+}
+
+void TVectorCircle::ReadFromStream(TVDReader& R) {
+  TVectorDrawingItem::ReadFromStream(R);
+  FLineWidth = R.I16();
+  FLineStyle = R.U8();
+  FCenterPt = R.Point();
+  FRadius = R.F64();
+}
+
+void TVectorCircle::WriteToStream(TVDWriter& W) const {
+  TVectorDrawingItem::WriteToStream(W);
+  W.I16(FLineWidth);
+  W.U8(FLineStyle);
+  W.Point(FCenterPt);
+  W.F64(FRadius);
+}
+
+void TVectorCircle::ReadFromXMLNode(IXMLNode& N) {
+  TVectorDrawingItem::ReadFromXMLNode(N);
+  const TVDTags& T = VDTags();
+  FLineWidth = qint16(N.AttrAsInteger(T.LineWidth));
+  FLineStyle = quint8(N.AttrAsInteger(T.LineStyle));
+  FCenterPt = VDTextPoint(N.AttrAsString(T.CenterPt));
+  FRadius = N.AttrAsFloat(T.Radius);
+}
+
+void TVectorCircle::WriteToXMLNode(IXMLNode& N) const {
+  TVectorDrawingItem::WriteToXMLNode(N);
+  const TVDTags& T = VDTags();
+  N.SetAttr(T.LineWidth, qint64(FLineWidth));
+  N.SetAttr(T.LineStyle, qint64(FLineStyle));
+  N.SetAttr(T.CenterPt, VDPointText(FCenterPt));
+  N.SetAttrFloat(T.Radius, FRadius);
+}
+
+// ---- text and comment -------------------------------------------------------
+
+// Bold and italic give 3, bold 1, italic 2, otherwise 0.
+static int FontStyleByte(int AStyle) { return AStyle & (fsBold | fsItalic); }
+
+void TVectorText::ReadFromStream(TVDReader& R) {
+  TVectorDrawingItem::ReadFromStream(R);
+  FText = R.Str(2);
+  FHeight = R.I16();
+  FAngle = R.F32();
+  FInsertPt = R.Point();
+  FHorzAlignment = THorzAlignment(std::min<int>(R.U8(), haCenter));
+  FVertAlignment = TVertAlignment(std::min<int>(R.U8(), vaCenter));
+  FFontName = R.Str(1);
+  FFontStyle = R.U8() & 3;
+  FTransparent = R.U8() != 0;
+  FBackColor = R.U32();
+  FFloatHeight = R.CompareVersion(2.2) != -1 ? R.F32() : 0;
+}
+
+void TVectorText::WriteToStream(TVDWriter& W) const {
+  TVectorDrawingItem::WriteToStream(W);
+  W.Str(FText, 2);
+  W.I16(FHeight);
+  W.F32(FAngle);
+  W.Point(FInsertPt);
+  W.U8(quint8(FHorzAlignment));
+  W.U8(quint8(FVertAlignment));
+  W.Str(FFontName, 1);
+  W.U8(quint8(FontStyleByte(FFontStyle)));
+  W.U8(FTransparent ? 1 : 0);
+  W.U32(FBackColor);
+  W.F32(FFloatHeight);
+}
+
+void TVectorText::ReadFromXMLNode(IXMLNode& N) {
+  TVectorDrawingItem::ReadFromXMLNode(N);
+  const TVDTags& T = VDTags();
+  const TVectorDrawing& D = *FOwner;
+  FText = VDDecodeText(N.AttrAsString(T.Text), D, 1.3);
+  FAngle = float(N.AttrAsFloat(T.Angle));
+  FHeight = qint16(N.AttrAsInteger(T.FontHeight));
+  // The float height may stand under "FontFloatHeight" or under an empty name.
+  QString Float = N.AttrAsString(T.FontFloatHeight);
+  if (Float.isEmpty()) Float = N.AttrAsString(T.FontFloatHeight.isEmpty() ? QStringLiteral("FontFloatHeight") : QString());
+  FFloatHeight = float(StrToFloatDef(Float, 0.0));
+  FFontName = VDDecodeText(N.AttrAsString(T.FontName), D, 1.4);
+  FFontStyle = int(N.AttrAsInteger(T.FontStyle)) & 3;
+  FBackColor = TColor(N.AttrAsInteger(T.BackColor));
+  FTransparent = N.AttrAsBoolean(T.Transparent);
+  FHorzAlignment = THorzAlignment(std::clamp<qint64>(N.AttrAsInteger(T.HorzAlignment), 0, haCenter));
+  FVertAlignment = TVertAlignment(std::clamp<qint64>(N.AttrAsInteger(T.VertAlignment), 0, vaCenter));
+  FInsertPt = VDTextPoint(N.AttrAsString(T.InsertPt));
+}
+
+void TVectorText::WriteToXMLNode(IXMLNode& N) const {
+  TVectorDrawingItem::WriteToXMLNode(N);
+  const TVDTags& T = VDTags();
+  N.SetAttr(T.Text, VDEncodeText(FText));
+  N.SetAttrFloat(T.Angle, FAngle);
+  N.SetAttr(T.FontHeight, qint64(FHeight));
+  N.SetAttrFloat(T.FontFloatHeight, FFloatHeight);
+  N.SetAttr(T.FontName, VDEncodeText(FFontName));
+  N.SetAttr(T.FontStyle, qint64(FontStyleByte(FFontStyle)));
+  N.SetAttr(T.BackColor, qint64(FBackColor));
+  N.SetAttrBool(T.Transparent, FTransparent);
+  N.SetAttr(T.HorzAlignment, qint64(FHorzAlignment));
+  N.SetAttr(T.VertAlignment, qint64(FVertAlignment));
+  N.SetAttr(T.InsertPt, VDPointText(FInsertPt));
+}
+
+void TVectorComment::ReadFromXMLNode(IXMLNode& N) {
+  TVectorDrawingItem::ReadFromXMLNode(N);
+  const TVDTags& T = VDTags();
+  FText = VDDecodeText(N.AttrAsString(T.Text), *FOwner, 1.3);
+  FDate = N.AttrAsString(QStringLiteral("Date"));
+  FInsertPt = VDTextPoint(N.AttrAsString(T.InsertPt));
+  VDTextVertices(N.AttrAsString(QStringLiteral("CommentPoly")), FCommentPoly->List());
+}
+
+void TVectorComment::WriteToXMLNode(IXMLNode& N) const {
+  TVectorDrawingItem::WriteToXMLNode(N);
+  const TVDTags& T = VDTags();
+  N.SetAttr(T.Text, VDEncodeText(FText));
+  N.SetAttr(QStringLiteral("Date"), FDate);
+  N.SetAttr(T.InsertPt, VDPointText(FInsertPt));
+  N.SetAttr(QStringLiteral("CommentPoly"), VDVertexText(FCommentPoly->List(), false));
+}
+
+// ---- hatches ----------------------------------------------------------------
+
+void TVectorHatch::ReadFromStream(TVDReader& R) {
+  TVectorDrawingItem::ReadFromStream(R);
+  FFillStyle = R.U8();
+  R.VertexList(FXPoly->List());
+}
+
+void TVectorHatch::WriteToStream(TVDWriter& W) const {
+  TVectorDrawingItem::WriteToStream(W);
+  W.U8(FFillStyle);
+  W.VertexList(FXPoly->List());
+}
+
+void TVectorHatch::ReadFromXMLNode(IXMLNode& N) {
+  TVectorDrawingItem::ReadFromXMLNode(N);
+  const TVDTags& T = VDTags();
+  FFillStyle = quint8(N.AttrAsInteger(T.FillStyle));
+  VDTextVertices(N.AttrAsString(T.XPoly), FXPoly->List());
+}
+
+// Only straight vertices are written: a boundary with arcs loses those vertices here.
+void TVectorHatch::WriteToXMLNode(IXMLNode& N) const {
+  TVectorDrawingItem::WriteToXMLNode(N);
+  const TVDTags& T = VDTags();
+  N.SetAttr(T.FillStyle, qint64(FFillStyle));
+  N.SetAttr(T.XPoly, VDVertexText(FXPoly->List(), true));
+}
+
+void TVectorHatchM::ReadFromXMLNode(IXMLNode& N) {
+  TVectorDrawingItem::ReadFromXMLNode(N);
+  FHatchStyle = quint8(N.AttrAsInteger(QStringLiteral("HchStyle")));
+  FXPoly->Clear();
+  QString Polys = N.AttrAsString(QStringLiteral("HchPoly"));
+  Polys.remove(u' ');
+  for (const QString& P : Polys.split(u'&', Qt::SkipEmptyParts)) {
+    auto Poly = std::make_unique<TKRNPolygon2d>();
+    try {
+      Poly->LoadFromString(P.toStdString());
+    } catch (const std::exception&) {
+      throw EVDEError(SVDInvalidXML);
+    }
+    FXPoly->Add(Poly.release());
+  }
+  FHatchPatternData = N.AttrAsString(QStringLiteral("HchPattern")).split(u'&', Qt::SkipEmptyParts);
+}
+
+void TVectorHatchM::WriteToXMLNode(IXMLNode& N) const {
+  TVectorDrawingItem::WriteToXMLNode(N);
+  N.SetAttr(QStringLiteral("HchStyle"), qint64(FHatchStyle));
+  QStringList Polys;
+  for (int I = 0; I < FXPoly->Count(); ++I) Polys << QString::fromStdString(FXPoly->GetItems(I)->AsString());
+  N.SetAttr(QStringLiteral("HchPoly"), Polys.join(u'&'));
+  N.SetAttr(QStringLiteral("HchPattern"), FHatchPatternData.join(u'&'));
+}
+
+// ---- lines ------------------------------------------------------------------
+
+static TMarkStyle MarkStyleOf(int AValue) { return AValue >= msNone && AValue <= msHoop ? TMarkStyle(AValue) : msNone; }
+
+void TVectorLineBase::ReadLineBase(TVDReader& R) {
+  FLineWidth = R.I16();
+  FLineStyle = R.U8();
+  if (IsOldLongTagVersion(R.Version())) {
+    // MarkPos, one size for both ends, MarkStyle + 1 for each end that has a mark
+    const quint8 Pos = R.U8();
+    const qint16 Size = R.I16();
+    const TMarkStyle Style = MarkStyleOf(R.U8() + 1);
+    FStartMarkSize = FEndMarkSize = Size;
+    FStartMarkStyle = (Pos == 1 || Pos == 3) ? Style : msNone;
+    FEndMarkStyle = (Pos == 2 || Pos == 3) ? Style : msNone;
+    FPrevItemID = FNextItemID = -1;
+    return;
+  }
+  FStartMarkSize = R.I16();
+  FEndMarkSize = R.I16();
+  FStartMarkStyle = MarkStyleOf(R.U8());
+  FEndMarkStyle = MarkStyleOf(R.U8());
+  if (R.VersionNumber() >= 2.1) {
+    FPrevItemID = R.I32();
+    FNextItemID = R.I32();
+  } else {
+    FPrevItemID = FNextItemID = -1;
+  }
+}
+
+void TVectorLineBase::WriteLineBase(TVDWriter& W) const {
+  W.I16(FLineWidth);
+  W.U8(FLineStyle);
+  W.I16(FStartMarkSize);
+  W.I16(FEndMarkSize);
+  W.U8(quint8(FStartMarkStyle));
+  W.U8(quint8(FEndMarkStyle));
+  W.I32(FPrevItemID);
+  W.I32(FNextItemID);
+}
+
+void TVectorLineBase::ReadLineBase(IXMLNode& N) {
+  const TVDTags& T = VDTags();
+  FLineWidth = qint16(N.AttrAsInteger(T.LineWidth));
+  FLineStyle = quint8(N.AttrAsInteger(T.LineStyle));
+  if (IsOldLongTagVersion(FOwner->Version())) {
+    const qint64 Pos = N.AttrAsInteger(QStringLiteral("MarkPos"));
+    const TMarkStyle Style = MarkStyleOf(int(N.AttrAsInteger(QStringLiteral("MarkStyle"))) + 1);
+    FStartMarkSize = FEndMarkSize = qint16(N.AttrAsInteger(QStringLiteral("MarkSize")));
+    FStartMarkStyle = (Pos == 1 || Pos == 3) ? Style : msNone;
+    FEndMarkStyle = (Pos == 2 || Pos == 3) ? Style : msNone;
+    FPrevItemID = FNextItemID = -1;
+    return;
+  }
+  FStartMarkStyle = MarkStyleOf(int(N.AttrAsInteger(T.StartMarkStyle)));
+  FEndMarkStyle = MarkStyleOf(int(N.AttrAsInteger(T.EndMarkStyle)));
+  FStartMarkSize = qint16(N.AttrAsInteger(T.StartMarkSize));
+  FEndMarkSize = qint16(N.AttrAsInteger(T.EndMarkSize));
+  FPrevItemID = N.HasAttr(T.PrevItemID) ? int(N.AttrAsInteger(T.PrevItemID)) : -1;
+  FNextItemID = N.HasAttr(T.NextItemID) ? int(N.AttrAsInteger(T.NextItemID)) : -1;
+}
+
+void TVectorLineBase::WriteLineBase(IXMLNode& N) const {
+  const TVDTags& T = VDTags();
+  N.SetAttr(T.LineWidth, qint64(FLineWidth));
+  N.SetAttr(T.LineStyle, qint64(FLineStyle));
+  N.SetAttr(T.StartMarkStyle, qint64(FStartMarkStyle));
+  N.SetAttr(T.EndMarkStyle, qint64(FEndMarkStyle));
+  N.SetAttr(T.StartMarkSize, qint64(FStartMarkSize));
+  N.SetAttr(T.EndMarkSize, qint64(FEndMarkSize));
+  N.SetAttr(T.PrevItemID, qint64(FPrevItemID));
+  N.SetAttr(T.NextItemID, qint64(FNextItemID));
+}
+
+void TVectorLine::ReadFromStream(TVDReader& R) {
+  TVectorDrawingItem::ReadFromStream(R);
+  ReadLineBase(R);
+  const TKRNVector2d S = R.Point();
+  FXLine->SetStartPt(S);
+  FXLine->SetEndPt(R.Point());
+}
+
+void TVectorLine::WriteToStream(TVDWriter& W) const {
+  TVectorDrawingItem::WriteToStream(W);
+  WriteLineBase(W);
+  W.Point(FXLine->StartPt());
+  W.Point(FXLine->EndPt());
+}
+
+void TVectorLine::ReadFromXMLNode(IXMLNode& N) {
+  TVectorDrawingItem::ReadFromXMLNode(N);
+  ReadLineBase(N);
+  TKRNVector2d S, E;
+  VDTextLine(N.AttrAsString(VDTags().Line), S, E);
+  FXLine->SetStartPt(S);
+  FXLine->SetEndPt(E);
+}
+
+void TVectorLine::WriteToXMLNode(IXMLNode& N) const {
+  TVectorDrawingItem::WriteToXMLNode(N);
+  WriteLineBase(N);
+  N.SetAttr(VDTags().Line, VDLineText(FXLine->StartPt(), FXLine->EndPt()));
+}
+
+void TVectorArc::ReadFromStream(TVDReader& R) {
+  TVectorLine::ReadFromStream(R);
+  const double Radius = R.F64();
+  const quint8 T = R.U8();
+  if (T > atCL) throw EVDEError(SVDInvalidStream);
+  Arc().SetArcType(TKRNArcType(T));
+  Arc().SetRadius(T != atLine ? Radius : 0);
+}
+
+void TVectorArc::WriteToStream(TVDWriter& W) const {
+  TVectorLine::WriteToStream(W);
+  W.F64(Arc().Radius());
+  W.U8(Arc().ArcType());
+}
+
+void TVectorArc::ReadFromXMLNode(IXMLNode& N) {
+  TVectorLine::ReadFromXMLNode(N);
+  const TVDTags& T = VDTags();
+  const qint64 Type = N.AttrAsInteger(T.ArcType);
+  Arc().SetArcType(Type >= atLine && Type <= atCL ? TKRNArcType(Type) : atLine);
+  Arc().SetRadius(N.AttrAsFloat(T.Radius));
+}
+
+void TVectorArc::WriteToXMLNode(IXMLNode& N) const {
+  TVectorLine::WriteToXMLNode(N);
+  const TVDTags& T = VDTags();
+  N.SetAttrFloat(T.Radius, Arc().Radius());
+  N.SetAttr(T.ArcType, qint64(Arc().ArcType()));
+}
+
+void TVectorPolyline::ReadFromStream(TVDReader& R) {
+  TVectorDrawingItem::ReadFromStream(R);
+  ReadLineBase(R);
+  R.VertexList(FPolyline->List());
+  RefillEdges();
+}
+
+void TVectorPolyline::WriteToStream(TVDWriter& W) const {
+  TVectorDrawingItem::WriteToStream(W);
+  WriteLineBase(W);
+  W.VertexList(FPolyline->List());
+}
+
+void TVectorPolyline::ReadFromXMLNode(IXMLNode& N) {
+  TVectorDrawingItem::ReadFromXMLNode(N);
+  ReadLineBase(N);
+  VDTextVertices(N.AttrAsString(VDTags().Polyline), FPolyline->List());
+  RefillEdges();
+}
+
+void TVectorPolyline::WriteToXMLNode(IXMLNode& N) const {
+  TVectorDrawingItem::WriteToXMLNode(N);
+  WriteLineBase(N);
+  N.SetAttr(VDTags().Polyline, VDVertexText(FPolyline->List(), false));
+}

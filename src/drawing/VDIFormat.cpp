@@ -1,0 +1,197 @@
+#include "VDIFormat.h"
+
+#include "SelkaStreamUtils.h"
+#include "VectorDrawing.h"
+
+#include <QStringDecoder>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+const QString SVDInvalidStream = QStringLiteral("非法矢量图流格式");
+const QString SVDInvalidXML = QStringLiteral("XML格式非法");
+
+// ---- reading ----------------------------------------------------------------
+
+void TVDReader::Read(void* ABuffer, qint64 ACount) {
+  if (ACount < 0 || ACount > Remaining() || FStream.Read(ABuffer, ACount) != ACount) throw EVDEError(SVDInvalidStream);
+}
+
+quint8 TVDReader::U8() { quint8 V; Read(&V, 1); return V; }
+qint16 TVDReader::I16() { qint16 V; Read(&V, 2); return V; }
+quint16 TVDReader::U16() { quint16 V; Read(&V, 2); return V; }
+qint32 TVDReader::I32() { qint32 V; Read(&V, 4); return V; }
+quint32 TVDReader::U32() { quint32 V; Read(&V, 4); return V; }
+float TVDReader::F32() { float V; Read(&V, 4); return V; }
+double TVDReader::F64() { double V; Read(&V, 8); return V; }
+
+TKRNVector2d TVDReader::Point() {
+  const double X = F64();
+  return {X, F64()};
+}
+
+qint64 TVDReader::Remaining() const { return FStream.GetSize() - const_cast<TStream&>(FStream).GetPosition(); }
+
+void TVDReader::CheckCount(qint64 ACount, int AMinSize) {
+  if (ACount < 0 || ACount > Remaining() / std::max(1, AMinSize)) throw EVDEError(SVDInvalidStream);
+}
+
+QByteArray TVDReader::Bytes(int ALenSize) {
+  quint32 Len = 0;
+  Read(&Len, ALenSize);
+  if (qint64(Len) > Remaining()) throw EVDEError(SVDInvalidStream);
+  QByteArray B(qsizetype(Len), Qt::Uninitialized);
+  Read(B.data(), Len);
+  return B;
+}
+
+QString TVDReader::Utf8Str(int ALenSize) { return QString::fromUtf8(Bytes(ALenSize)); }
+
+QString TVDReader::Str(int ALenSize) {
+  const QByteArray B = Bytes(ALenSize);
+  if (CompareVersion(1.9) != -1) return QString::fromUtf8(B);
+  return QStringDecoder("GBK")(B);
+}
+
+const QString& TVDReader::Version() const { return FDrawing.Version(); }
+double TVDReader::VersionNumber() const { return StrToFloatDef(FDrawing.Version(), 0.0); }
+int TVDReader::CompareVersion(double AVersion) const { return FDrawing.CompareVersion(AVersion); }
+
+void TVDReader::VertexList(TKRNVertex2dList& AList) {
+  AList.Clear();
+  const quint16 N = U16();
+  CheckCount(N, 17);
+  for (int I = 0; I < N; ++I) {
+    const quint8 T = U8();
+    if (T > atCL) throw EVDEError(SVDInvalidStream);
+    const TKRNVector2d P = Point();
+    if (T == atLine) AList.AddLinePoint(P);
+    else AList.AddArcPoint(P, TKRNArcType(T), F64());
+  }
+}
+
+// ---- writing ----------------------------------------------------------------
+
+void TVDWriter::Str(const QString& S, int ALenSize) { WriteStrToStream(S, FStream, ALenSize); }
+
+void TVDWriter::VertexList(const TKRNVertex2dList& AList) {
+  U16(quint16(std::min(AList.Count(), 65535)));
+  for (int I = 0; I < std::min(AList.Count(), 65535); ++I) {
+    const TKRNVertex2d* V = AList[I];
+    // An elliptic vertex is written as a straight one.
+    const TKRNArcType T = V->VertexType() == vtArc ? V->ArcType() : atLine;
+    U8(T);
+    Point(V->Point());
+    if (T != atLine) F64(V->Radius());
+  }
+}
+
+// ---- tags -------------------------------------------------------------------
+
+TVDTags& VDTags() {
+  static TVDTags Tags;
+  return Tags;
+}
+
+bool IsOldLongTagVersion(const QString& AVersion) {
+  return AVersion.trimmed() == QLatin1String("1.0") || AVersion.trimmed() == QLatin1String("1.1");
+}
+
+void SetVDTagTable(const QString& AVersion) {
+  TVDTags& T = VDTags();
+  if (IsOldLongTagVersion(AVersion)) {
+    T.Item = QStringLiteral("Item"); T.ItemType = QStringLiteral("ItemType"); T.ID = QStringLiteral("ID");
+    T.LayerID = QStringLiteral("LayerID"); T.Color = QStringLiteral("Color"); T.InsertPt = QStringLiteral("InsertPt");
+    T.PointSize = QStringLiteral("PointSize"); T.PointStyle = QStringLiteral("PointStyle"); T.Line = QStringLiteral("Line");
+    T.CenterPt = QStringLiteral("CenterPt"); T.Radius = QStringLiteral("Radius"); T.ArcType = QStringLiteral("LineType");
+    T.LineWidth = QStringLiteral("LineWidth"); T.LineStyle = QStringLiteral("LineStyle"); T.XPoly = QStringLiteral("XPoly");
+    T.Polyline = QStringLiteral("Polyline"); T.FillStyle = QStringLiteral("FillStyle"); T.Text = QStringLiteral("Text");
+    T.Angle = QStringLiteral("Angle"); T.FontName = QStringLiteral("FontName"); T.FontHeight = QStringLiteral("FontHeight");
+    T.FontStyle = QStringLiteral("FontStyle"); T.Transparent = QStringLiteral("Transparent");
+    T.BackColor = QStringLiteral("BackColor"); T.HorzAlignment = QStringLiteral("HorzAlignment");
+    T.VertAlignment = QStringLiteral("VertAlignment");
+    T.FontFloatHeight = QStringLiteral("FontFloatHeight");
+  } else {
+    T.Item = QStringLiteral("DI"); T.ItemType = QStringLiteral("DIT"); T.ID = QStringLiteral("ID");
+    T.LayerID = QStringLiteral("LID"); T.Color = QStringLiteral("Cl"); T.InsertPt = QStringLiteral("IP");
+    T.PointSize = QStringLiteral("PS"); T.PointStyle = QStringLiteral("PST"); T.Line = QStringLiteral("Ln");
+    T.CenterPt = QStringLiteral("CP"); T.Radius = QStringLiteral("R"); T.ArcType = QStringLiteral("LT");
+    T.LineWidth = QStringLiteral("LW"); T.LineStyle = QStringLiteral("LS"); T.XPoly = QStringLiteral("Poly");
+    T.Polyline = QStringLiteral("PL"); T.FillStyle = QStringLiteral("FS"); T.Text = QStringLiteral("T");
+    T.Angle = QStringLiteral("A"); T.FontName = QStringLiteral("FN"); T.FontHeight = QStringLiteral("FH");
+    T.FontStyle = QStringLiteral("FS"); T.Transparent = QStringLiteral("Tp"); T.BackColor = QStringLiteral("BC");
+    T.HorzAlignment = QStringLiteral("HA"); T.VertAlignment = QStringLiteral("VA");
+    T.StartMarkStyle = QStringLiteral("SMST"); T.EndMarkStyle = QStringLiteral("EMST");
+    T.StartMarkSize = QStringLiteral("SMS"); T.EndMarkSize = QStringLiteral("EMS"); T.RelationID = QStringLiteral("RID");
+    T.EnableType = QStringLiteral("EType"); T.CurrentScale = QStringLiteral("CurrentScale");
+    T.PrevItemID = QStringLiteral("PrevItemID"); T.NextItemID = QStringLiteral("NextItemID");
+  }
+}
+
+// ---- text forms -------------------------------------------------------------
+
+QString VDNumberText(double AValue) { return FormatFloat(QStringLiteral("0.######"), AValue); }
+
+static double Field(const QString& S) { return StrToFloatDef(S, 0.0); }
+
+QString VDPointText(const TKRNVector2d& P) { return VDNumberText(P.X) + u',' + VDNumberText(P.Y); }
+
+TKRNVector2d VDTextPoint(const QString& AText) {
+  const QStringList F = AText.split(u',');
+  return {Field(F.value(0)), Field(F.value(1))};
+}
+
+QString VDLineText(const TKRNVector2d& A, const TKRNVector2d& B) { return VDPointText(A) + u',' + VDPointText(B); }
+
+void VDTextLine(const QString& AText, TKRNVector2d& A, TKRNVector2d& B) {
+  const QStringList F = AText.split(u',');
+  A = {Field(F.value(0)), Field(F.value(1))};
+  B = {Field(F.value(2)), Field(F.value(3))};
+}
+
+QString VDVertexText(const TKRNVertex2dList& AList, bool ALineOnly) {
+  QStringList Parts;
+  for (int I = 0; I < AList.Count(); ++I) {
+    const TKRNVertex2d* V = AList[I];
+    const bool Arc = V->VertexType() == vtArc && V->ArcType() != atLine;
+    if (ALineOnly && V->VertexType() != vtLine) continue;
+    Parts << VDPointText(V->Point()) + u',' + (Arc ? VDNumberText(V->Radius()) + u',' + QString::number(V->ArcType())
+                                                   : QStringLiteral("0,0"));
+  }
+  return Parts.join(u';');
+}
+
+void VDTextVertices(const QString& AText, TKRNVertex2dList& AList) {
+  AList.Clear();
+  for (const QString& Piece : AText.split(u';', Qt::SkipEmptyParts)) {
+    const QStringList F = Piece.split(u',');
+    const TKRNVector2d P{Field(F.value(0)), Field(F.value(1))};
+    const int T = StrToIntDef(F.value(3), 0);
+    if (T == 0) AList.AddLinePoint(P);
+    else if (T >= 1 && T <= 4) AList.AddArcPoint(P, TKRNArcType(T), Field(F.value(2)));
+  }
+}
+
+QString VDEncodeText(const QString& AText) {
+  if (AText.isEmpty()) return QString();
+  QByteArray B(qsizetype(AText.size() * 2), Qt::Uninitialized);
+  for (qsizetype I = 0; I < AText.size(); ++I) {
+    const char16_t C = AText[I].unicode();
+    B[2 * I] = char(C & 0xFF);
+    B[2 * I + 1] = char(C >> 8);
+  }
+  return QString::fromLatin1(B.toBase64());
+}
+
+QString VDDecodeText(const QString& AValue, const TVectorDrawing& ADrawing, double AThreshold) {
+  if (AValue.isEmpty() || ADrawing.CompareVersion(AThreshold) == -1) return AValue;
+  const auto Decoded = QByteArray::fromBase64Encoding(AValue.toLatin1(), QByteArray::AbortOnBase64DecodingErrors);
+  if (ADrawing.CompareVersion(1.9) == -1) return Decoded ? QStringDecoder("GBK")(*Decoded) : AValue;
+  // Not Base64 of UTF-16LE (a plain string in a new file): the attribute as it stands.
+  const QByteArray& B = *Decoded;
+  if (!Decoded || B.size() % 2 != 0 || AValue.contains(QChar(u' '))) return AValue;
+  QString S(qsizetype(B.size() / 2), Qt::Uninitialized);
+  for (qsizetype I = 0; I < S.size(); ++I) S[I] = QChar(char16_t(quint8(B[2 * I]) | (quint8(B[2 * I + 1]) << 8)));
+  return S;
+}

@@ -1,0 +1,110 @@
+#pragma once
+// The pieces both drawing file forms share: the error class, a bounds-checked
+// little-endian reader and a writer over a stream, the version-dependent XML tag
+// table, and the text forms of numbers, points, vertex lists and encoded strings.
+
+#include "Classes.h"
+#include "KRNPolygon2d.h"
+#include "SysUtils.h"
+
+#include <QString>
+
+class TVectorDrawing;
+
+class EVDEError : public Exception {
+public:
+  using Exception::Exception;
+};
+
+extern const QString SVDInvalidStream;  // "非法矢量图流格式"
+extern const QString SVDInvalidXML;     // "XML格式非法"
+
+// Reads with the file's version in mind; every short read or impossible length
+// raises EVDEError "非法矢量图流格式", so a damaged stream cannot allocate wildly.
+class TVDReader {
+public:
+  TVDReader(TStream& AStream, const TVectorDrawing& ADrawing) : FStream(AStream), FDrawing(ADrawing) {}
+
+  void Read(void* ABuffer, qint64 ACount);
+  quint8 U8();
+  qint16 I16();
+  quint16 U16();
+  qint32 I32();
+  quint32 U32();
+  float F32();
+  double F64();
+  TKRNVector2d Point();
+  // Length-prefixed strings (1, 2 or 4 bytes): UTF-8 from version 1.9 on, GBK below.
+  QString Str(int ALenSize);
+  // Always UTF-8 (header strings, layer names).
+  QString Utf8Str(int ALenSize);
+  qint64 Remaining() const;
+  // Guards a count of records of at least AMinSize bytes each.
+  void CheckCount(qint64 ACount, int AMinSize);
+  // The vertex list of the item parts: 16-bit count, then type, X, Y and a radius for arcs.
+  void VertexList(TKRNVertex2dList& AList);
+
+  const TVectorDrawing& Drawing() const { return FDrawing; }
+  // StrToFloat of the version string, compared plainly.
+  double VersionNumber() const;
+  // CompareVersion with tolerance 0.001.
+  int CompareVersion(double AVersion) const;
+  const QString& Version() const;
+
+private:
+  QByteArray Bytes(int ALenSize);
+  TStream& FStream;
+  const TVectorDrawing& FDrawing;
+};
+
+class TVDWriter {
+public:
+  explicit TVDWriter(TStream& AStream) : FStream(AStream) {}
+  void Write(const void* ABuffer, qint64 ACount) { FStream.WriteBuffer(ABuffer, ACount); }
+  void U8(quint8 V) { Write(&V, 1); }
+  void I16(qint16 V) { Write(&V, 2); }
+  void U16(quint16 V) { Write(&V, 2); }
+  void I32(qint32 V) { Write(&V, 4); }
+  void U32(quint32 V) { Write(&V, 4); }
+  void F32(float V) { Write(&V, 4); }
+  void F64(double V) { Write(&V, 8); }
+  void Point(const TKRNVector2d& P) {
+    F64(P.X);
+    F64(P.Y);
+  }
+  // UTF-8; a length that does not fit is cut with its bytes.
+  void Str(const QString& S, int ALenSize);
+  void VertexList(const TKRNVertex2dList& AList);
+
+private:
+  TStream& FStream;
+};
+
+// The process-wide tag table of the XML form.
+struct TVDTags {
+  QString Item, ItemType, ID, LayerID, Color, InsertPt, PointSize, PointStyle, Line, CenterPt, Radius, ArcType,
+      LineWidth, LineStyle, XPoly, Polyline, FillStyle, Text, Angle, FontName, FontHeight, FontStyle, Transparent,
+      BackColor, HorzAlignment, VertAlignment;
+  // Set by the short table only.
+  QString StartMarkStyle, EndMarkStyle, StartMarkSize, EndMarkSize, RelationID, EnableType, CurrentScale, PrevItemID,
+      NextItemID;
+  // Set by the long table only: empty until an old file was read in this process.
+  QString FontFloatHeight;
+};
+TVDTags& VDTags();
+// Long tags for versions "1.0" and "1.1", short ones otherwise.
+void SetVDTagTable(const QString& AVersion);
+bool IsOldLongTagVersion(const QString& AVersion);
+
+// "0.######" numbers; "x,y" points; "x1,y1,x2,y2" lines. Damaged fields read as 0.
+QString VDNumberText(double AValue);
+QString VDPointText(const TKRNVector2d& P);
+TKRNVector2d VDTextPoint(const QString& AText);
+QString VDLineText(const TKRNVector2d& A, const TKRNVector2d& B);
+void VDTextLine(const QString& AText, TKRNVector2d& A, TKRNVector2d& B);
+// "x,y,r,t" per vertex joined by ";"; ALineOnly leaves out arc and ellipse vertices.
+QString VDVertexText(const TKRNVertex2dList& AList, bool ALineOnly);
+void VDTextVertices(const QString& AText, TKRNVertex2dList& AList);
+// Base64 of UTF-16LE on writing; reading by the file version against AThreshold.
+QString VDEncodeText(const QString& AText);
+QString VDDecodeText(const QString& AValue, const TVectorDrawing& ADrawing, double AThreshold);

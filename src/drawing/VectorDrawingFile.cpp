@@ -1,0 +1,248 @@
+// The drawing's file forms: binary (the clipboard payload too) and XML.
+#include "SelkaXMLDoc.h"
+#include "VDIFormat.h"
+#include "VectorDrawing.h"
+
+#include <QFile>
+
+namespace {
+const QString SMagic = QStringLiteral("MelvarineVectorDrawing");
+
+// The tag table follows the file's version during a load and goes back to the
+// current one afterwards, also when the load fails.
+struct TVersionScope {
+  TVectorDrawing& D;
+  ~TVersionScope() {
+    D.SetVersion(QString::fromLatin1(TVectorDrawing::CurrentVersion));
+    SetVDTagTable(D.Version());
+    D.RecalcMaxID();
+    D.SetChangeCount(0);
+    D.EndUpdate();
+  }
+};
+}  // namespace
+
+// ---- layers -----------------------------------------------------------------
+
+void TLayers::LoadFromStream(TVDReader& R) {
+  ClearRaw();
+  const qint32 N = R.I32();
+  R.CheckCount(N, 10);
+  for (qint32 I = 0; I < N; ++I) {
+    const qint32 ID = R.I32();
+    const QString Name = R.Utf8Str(1);
+    const TColor Color = R.U32();
+    AppendRaw(ID, Name, Color, R.U8() != 0);
+  }
+  Repair();
+}
+
+void TLayers::SaveToStream(TVDWriter& W) const {
+  W.I32(Count());
+  for (const auto& L : FList) {
+    W.I32(L->ID());
+    W.Str(L->Name(), 1);
+    W.U32(L->Color());
+    W.U8(L->Visible() ? 1 : 0);
+  }
+}
+
+void TLayers::LoadFromXMLNode(IXMLNode& ANode) {
+  ClearRaw();
+  IXMLNodeList& C = ANode.ChildNodes();
+  for (int I = 0; I < C.Count(); ++I) {
+    IXMLNode* L = C.GetNode(I);
+    if (L->NodeType() != ntElement) continue;
+    AppendRaw(int(L->AttrAsInteger(VDTags().LayerID)),
+              VDDecodeText(L->AttrAsString(QStringLiteral("LayerName")), *FOwner, 1.4),
+              TColor(L->AttrAsInteger(QStringLiteral("LayerColor"))), L->AttrAsBoolean(QStringLiteral("LayerVisible")));
+  }
+  Repair();
+}
+
+void TLayers::SaveToXMLNode(IXMLNode& ANode) const {
+  for (const auto& L : FList) {
+    IXMLNode* N = ANode.AddChild(QStringLiteral("Layer"));
+    N->SetAttr(VDTags().LayerID, qint64(L->ID()));
+    N->SetAttr(QStringLiteral("LayerName"), VDEncodeText(L->Name()));
+    N->SetAttr(QStringLiteral("LayerColor"), qint64(L->Color()));
+    N->SetAttrBool(QStringLiteral("LayerVisible"), L->Visible());
+  }
+}
+
+// ---- the document -----------------------------------------------------------
+
+std::vector<TVectorDrawingItem*> TVectorDrawing::ItemsToSave(bool AOnlySelItems) const {
+  std::vector<TVectorDrawingItem*> R;
+  if (AOnlySelItems) {
+    for (int I = 0; I < FSelSet->Count(); ++I) R.push_back(FSelSet->Items(I));
+  } else {
+    for (const auto& I : FList) R.push_back(I.get());
+  }
+  return R;
+}
+
+bool TVectorDrawing::SaveToStream(TStream& AStream, TVDSaveFormat ASaveFormat, bool AOnlySelItems) {
+  if (ASaveFormat == sfXML) {
+    const std::unique_ptr<IXMLDocument> Doc = NewXMLDocument();
+    SaveToXMLNode(*Doc->AddRoot(SMagic), AOnlySelItems);
+    AStream.SetSize(0);
+    AStream.SetPosition(0);
+    Doc->SaveToStream(AStream);
+  } else {
+    TVDWriter W(AStream);
+    W.U8(22);
+    W.Write(SMagic.toLatin1().constData(), 22);
+    W.Str(FVersion, 1);
+    W.U32(FBackColor);
+    W.I32(FDrawingWidth);
+    W.I32(FDrawingHeight);
+    W.Str(FRemark, 4);
+    W.Str(FExtData, 4);
+    FLayers->SaveToStream(W);
+    const std::vector<TVectorDrawingItem*> Items = ItemsToSave(AOnlySelItems);
+    W.I32(qint32(Items.size()));
+    for (const TVectorDrawingItem* I : Items) I->WriteToStream(W);
+  }
+  FChangeCount = 0;
+  return true;
+}
+
+void TVectorDrawing::SaveToXMLNode(IXMLNode& ANode, bool AOnlySelItems) const {
+  ANode.SetAttr(QStringLiteral("Version"), FVersion);
+  ANode.SetAttr(QStringLiteral("BackColor"), qint64(FBackColor));
+  ANode.SetAttr(QStringLiteral("DrawingWidth"), qint64(FDrawingWidth));
+  ANode.SetAttr(QStringLiteral("DrawingHeight"), qint64(FDrawingHeight));
+  ANode.AddChild(QStringLiteral("Remark"))->SetText(FRemark);
+  ANode.AddChild(QStringLiteral("ExtData"))->SetText(FExtData);
+  FLayers->SaveToXMLNode(*ANode.AddChild(QStringLiteral("Layers")));
+  IXMLNode* Items = ANode.AddChild(QStringLiteral("DrawingItems"));
+  for (const TVectorDrawingItem* I : ItemsToSave(AOnlySelItems)) I->WriteToXMLNode(*Items->AddChild(VDTags().Item));
+}
+
+bool TVectorDrawing::SaveToFile(const QString& AFileName, TVDSaveFormat ASaveFormat, bool AOnlySelItems) {
+  TBytesStream S;
+  SaveToStream(S, ASaveFormat, AOnlySelItems);
+  // Written beside the target and renamed, so a failure leaves the old file whole.
+  const QString Temp = AFileName + QStringLiteral(".tmp");
+  QFile F(Temp);
+  if (!F.open(QIODevice::WriteOnly | QIODevice::Truncate) || F.write(S.Bytes()) != S.Bytes().size() || !F.flush()) {
+    F.remove();
+    throw EVDEError(QStringLiteral("无法写入文件[%1]：%2").arg(AFileName, F.errorString()));
+  }
+  F.close();
+  QFile::remove(AFileName);
+  if (!QFile::rename(Temp, AFileName)) {
+    QFile::remove(Temp);
+    throw EVDEError(QStringLiteral("无法写入文件[%1]").arg(AFileName));
+  }
+  return true;
+}
+
+bool TVectorDrawing::LoadFromStream(TStream& AStream) {
+  TVDSaveFormat F;
+  return LoadFromStream(AStream, F);
+}
+
+bool TVectorDrawing::LoadFromStream(TStream& AStream, TVDSaveFormat& ASaveFormat) {
+  const qint64 Pos = AStream.GetPosition();
+  char Head[5];
+  if (AStream.Read(Head, 5) != 5) {
+    AStream.SetPosition(Pos);
+    throw EVDEError(SVDInvalidStream);
+  }
+  AStream.SetPosition(Pos);
+  ASaveFormat = QByteArray(Head, 5).toLower() == "<?xml" ? sfXML : sfBin;
+  if (ASaveFormat == sfXML) LoadXML(AStream);
+  else LoadBinary(AStream);
+  return true;
+}
+
+void TVectorDrawing::LoadBinary(TStream& AStream) {
+  Initialize(false);
+  BeginUpdate();
+  TVersionScope Scope{*this};
+  TVDReader R(AStream, *this);
+  if (R.U8() != 22) throw EVDEError(SVDInvalidStream);
+  QByteArray Magic(22, '\0');
+  R.Read(Magic.data(), 22);
+  if (QString::fromLatin1(Magic).compare(SMagic, Qt::CaseInsensitive) != 0) throw EVDEError(SVDInvalidStream);
+  SetVersion(R.Utf8Str(1));
+  FBackColor = R.U32();
+  FDrawingWidth = R.I32();
+  FDrawingHeight = R.I32();
+  FRemark = R.Str(4);
+  FExtData = FVersion == QLatin1String("1.0") ? QString() : R.Str(4);
+  FLayers->LoadFromStream(R);
+  const qint32 N = R.I32();
+  R.CheckCount(N, 17);
+  for (qint32 I = 0; I < N; ++I) {
+    const TVDIClassInfo* Info = FindVDIClass(R.U8());
+    if (!Info) throw EVDEError(SVDInvalidStream);
+    std::unique_ptr<TVectorDrawingItem> Item(Info->Create(this));
+    Item->LoadFromStream(R);
+    AppendRaw(Item.release());
+  }
+}
+
+void TVectorDrawing::LoadXML(TStream& AStream) {
+  const std::unique_ptr<IXMLDocument> Doc = NewXMLDocument();
+  try {
+    Doc->LoadFromStream(AStream);
+  } catch (const EXMLError&) {
+    Initialize(false);
+    throw EVDEError(SVDInvalidXML);
+  }
+  IXMLNode* Root = Doc->Root();
+  if (!Root || Root->Name().compare(SMagic, Qt::CaseInsensitive) != 0) throw EVDEError(SVDInvalidXML);
+  BeginUpdate();
+  TVersionScope Scope{*this};
+  Clear();
+  SetVersion(Root->AttrAsString(QStringLiteral("Version")));
+  SetOriVersion(FVersion);
+  SetVDTagTable(FVersion);
+  FBackColor = TColor(Root->AttrAsInteger(QStringLiteral("BackColor")));
+  FDrawingWidth = int(Root->AttrAsInteger(QStringLiteral("DrawingWidth")));
+  FDrawingHeight = int(Root->AttrAsInteger(QStringLiteral("DrawingHeight")));
+  IXMLNodeList& C = Root->ChildNodes();
+  IXMLNode* Remark = C.FindNode(QStringLiteral("Remark"));
+  FRemark = Remark ? Remark->Text() : QString();
+  IXMLNode* Ext = C.FindNode(QStringLiteral("ExtData"));
+  FExtData = Ext ? Ext->Text() : QString();
+  if (IXMLNode* Layers = C.FindNode(QStringLiteral("Layers"))) FLayers->LoadFromXMLNode(*Layers);
+  else FLayers->Repair();
+  if (IXMLNode* Items = C.FindNode(QStringLiteral("DrawingItems"))) {
+    IXMLNodeList& L = Items->ChildNodes();
+    for (int I = 0; I < L.Count(); ++I) {
+      IXMLNode* N = L.GetNode(I);
+      if (N->NodeType() != ntElement) continue;
+      qint64 Type;
+      const QString TypeText = N->AttrAsString(VDTags().ItemType);
+      const TVDIClassInfo* Info = TryStrToInt64(TypeText, Type) ? FindVDIClass(int(Type)) : nullptr;
+      if (!Info) throw EVDEError(SVDInvalidXML);
+      std::unique_ptr<TVectorDrawingItem> Item(Info->Create(this));
+      Item->LoadFromXMLNode(*N);
+      AppendRaw(Item.release());
+    }
+  }
+}
+
+bool TVectorDrawing::LoadFromFile(const QString& AFileName) {
+  TVDSaveFormat F;
+  return LoadFromFile(AFileName, F);
+}
+
+bool TVectorDrawing::LoadFromFile(const QString& AFileName, TVDSaveFormat& ASaveFormat) {
+  QFile F(AFileName);
+  if (!F.exists()) throw EVDEError(QStringLiteral("文件[%1]不存在").arg(AFileName));
+  if (!F.open(QIODevice::ReadOnly)) throw EVDEError(QStringLiteral("无法打开文件[%1]：%2").arg(AFileName, F.errorString()));
+  TBytesStream S(F.readAll());
+  return LoadFromStream(S, ASaveFormat);
+}
+
+void TVectorDrawing::Assign(const TVectorDrawing& ASource) {
+  TBytesStream S;
+  const_cast<TVectorDrawing&>(ASource).SaveToStream(S, sfBin, false);
+  S.SetPosition(0);
+  LoadFromStream(S);
+}

@@ -1,0 +1,453 @@
+#include "SelkaXMLDoc.h"
+
+#include "SelkaHashUtils.h"
+
+#include <QFile>
+#include <QStringDecoder>
+#include <QStringEncoder>
+
+#include <vector>
+
+namespace {
+
+class TXMLNode;
+
+class TXMLNodeAttribute : public IXMLNodeAttribute {
+public:
+  explicit TXMLNodeAttribute(QString AName)
+      : FName(std::move(AName)), FHashData(TStrKeyHash::StrHash(FName, false)) {}
+  QString Name() const override { return FName; }
+  QString AsString() const override { return FValue; }
+  void SetAsString(const QString& AValue) override { FValue = AValue; }
+  bool AsBoolean() const override { return SameText(FValue, QStringLiteral("True")); }
+  void SetAsBoolean(bool AValue) override { FValue = AValue ? QStringLiteral("True") : QStringLiteral("False"); }
+  qint64 AsInteger() const override {
+    qint64 V;
+    return TryStrToInt64(FValue, V) ? V : 0;
+  }
+  void SetAsInteger(qint64 AValue) override { FValue = QString::number(AValue); }
+  double AsFloat() const override { return StrToFloatDef(FValue, 0.0); }
+  void SetAsFloat(double AValue) override { FValue = FloatToStr(AValue); }
+  quint32 Hash() const { return FHashData; }
+
+private:
+  QString FName, FValue;
+  quint32 FHashData;
+};
+
+class TXMLNodeAttributes : public IXMLNodeAttributes {
+public:
+  int Count() const override { return int(FList.size()); }
+  IXMLNodeAttribute* Add(const QString& AName) override {
+    const int I = IndexOf(AName);
+    if (I >= 0) return FList[size_t(I)].get();
+    FList.push_back(std::make_unique<TXMLNodeAttribute>(AName));
+    return FList.back().get();
+  }
+  IXMLNodeAttribute* GetItemsByName(const QString& AName) override { return Add(AName); }
+  int IndexOf(const QString& AName) const override {
+    const quint32 H = TStrKeyHash::StrHash(AName, false);
+    for (size_t I = 0; I < FList.size(); ++I)
+      if (FList[I]->Hash() == H && SameText(FList[I]->Name(), AName)) return int(I);
+    return -1;
+  }
+  IXMLNodeAttribute* GetItem(int AIndex) const override { return FList[size_t(AIndex)].get(); }
+  void Delete(int AIndex) override { FList.erase(FList.begin() + AIndex); }
+  void Clear() override { FList.clear(); }
+
+private:
+  std::vector<std::unique_ptr<TXMLNodeAttribute>> FList;
+};
+
+class TXMLNodeList : public IXMLNodeList {
+public:
+  int Count() const override { return int(FList.size()); }
+  IXMLNode* GetNode(int AIndex) const override {
+    return AIndex >= 0 && AIndex < Count() ? FList[size_t(AIndex)].get() : nullptr;
+  }
+  IXMLNode* FindNode(const QString& AName) const override {
+    const int I = IndexOf(AName);
+    return I >= 0 ? FList[size_t(I)].get() : nullptr;
+  }
+  IXMLNode* GetNodeByName(const QString& AName) const override { return FindNode(AName); }
+  int IndexOf(const IXMLNode* ANode) const override {
+    for (size_t I = 0; I < FList.size(); ++I)
+      if (FList[I].get() == ANode) return int(I);
+    return -1;
+  }
+  int IndexOf(const QString& AName) const override;
+  void Delete(int AIndex) override { FList.erase(FList.begin() + AIndex); }
+  void Remove(IXMLNode* ANode) override {
+    const int I = IndexOf(ANode);
+    if (I >= 0) Delete(I);
+  }
+  void Move(int ACurIndex, int ANewIndex) override {
+    auto N = std::move(FList[size_t(ACurIndex)]);
+    FList.erase(FList.begin() + ACurIndex);
+    FList.insert(FList.begin() + std::clamp(ANewIndex, 0, Count()), std::move(N));
+  }
+  void Exchange(int AIndex1, int AIndex2) override { std::swap(FList[size_t(AIndex1)], FList[size_t(AIndex2)]); }
+  void Clear() override { FList.clear(); }
+  IXMLNode* Append(std::unique_ptr<IXMLNode> ANode) {
+    FList.push_back(std::move(ANode));
+    return FList.back().get();
+  }
+
+private:
+  std::vector<std::unique_ptr<IXMLNode>> FList;
+};
+
+class TXMLNode : public IXMLNode {
+public:
+  TXMLNode(IXMLNode* AParent, TXMLNodeType AType, QString AName)
+      : FParent(AParent), FType(AType), FName(std::move(AName)) {}
+  TXMLNodeType NodeType() const override { return FType; }
+  QString Name() const override { return FName; }
+  IXMLNode* Parent() const override { return FParent; }
+  QString Text() const override {
+    if (FType != ntElement) return FValue;
+    QString T;
+    for (int I = 0; I < FNodeList.Count(); ++I) {
+      const IXMLNode* C = FNodeList.GetNode(I);
+      if (C->NodeType() == ntText || C->NodeType() == ntCData) T += C->Text();
+    }
+    return T;
+  }
+  void SetText(const QString& AValue) override {
+    if (FType != ntElement) {
+      FValue = AValue;
+      return;
+    }
+    for (int I = FNodeList.Count() - 1; I >= 0; --I)
+      if (FNodeList.GetNode(I)->NodeType() == ntText) FNodeList.Delete(I);
+    if (!AValue.isEmpty()) AddChild(QString(), ntText)->SetText(AValue);
+  }
+  IXMLNodeAttributes& Attributes() override { return FAttributes; }
+  IXMLNodeList& ChildNodes() override { return FNodeList; }
+  IXMLNode* AddChild(const QString& AName, TXMLNodeType AType) override {
+    return FNodeList.Append(std::make_unique<TXMLNode>(this, AType, AName));
+  }
+  const TXMLNodeList& Children() const { return FNodeList; }
+  void SetName(const QString& AName) { FName = AName; }
+  const TXMLNodeAttributes& Attrs() const { return FAttributes; }
+
+private:
+  IXMLNode* FParent;
+  TXMLNodeType FType;
+  TXMLNodeAttributes FAttributes;
+  TXMLNodeList FNodeList;
+  QString FName;
+  QString FValue;
+};
+
+int TXMLNodeList::IndexOf(const QString& AName) const {
+  for (size_t I = 0; I < FList.size(); ++I)
+    if (FList[I]->NodeType() == ntElement && SameText(FList[I]->Name(), AName)) return int(I);
+  return -1;
+}
+
+// ---- writing ----------------------------------------------------------------
+
+QString Escape(const QString& S) {
+  QString R;
+  R.reserve(S.size());
+  for (const QChar C : S) {
+    switch (C.unicode()) {
+      case u'&': R += QLatin1String("&amp;"); break;
+      case u'<': R += QLatin1String("&lt;"); break;
+      case u'>': R += QLatin1String("&gt;"); break;
+      case u'\'': R += QLatin1String("&apos;"); break;
+      case u'"': R += QLatin1String("&quot;"); break;
+      case u'\n': R += QLatin1String("&#xA;"); break;
+      case u'\r': R += QLatin1String("&#xD;"); break;
+      default: R += C;
+    }
+  }
+  return R;
+}
+
+void WriteNode(const TXMLNode& N, QString& Out, bool AIndent, int ADepth) {
+  const QString Pad = AIndent ? QString(ADepth * 2, u' ') : QString();
+  switch (N.NodeType()) {
+    case ntText: Out += Escape(N.Text()); return;
+    case ntCData: Out += QLatin1String("<![CDATA[") + N.Text() + QLatin1String("]]>"); return;
+    case ntComment: Out += Pad + QLatin1String("<!--") + N.Text() + QLatin1String("-->"); return;
+    default: break;
+  }
+  Out += Pad + u'<' + N.Name();
+  const TXMLNodeAttributes& A = N.Attrs();
+  for (int I = 0; I < A.Count(); ++I)
+    Out += u' ' + A.GetItem(I)->Name() + QLatin1String("=\"") + Escape(A.GetItem(I)->AsString()) + u'"';
+  const TXMLNodeList& C = N.Children();
+  if (C.Count() == 0) {
+    Out += QLatin1String("/>");
+    return;
+  }
+  Out += u'>';
+  bool OnlyText = true;
+  for (int I = 0; I < C.Count(); ++I)
+    if (C.GetNode(I)->NodeType() == ntElement || C.GetNode(I)->NodeType() == ntComment) OnlyText = false;
+  const bool Break = AIndent && !OnlyText;
+  for (int I = 0; I < C.Count(); ++I) {
+    const auto* Child = static_cast<const TXMLNode*>(C.GetNode(I));
+    const bool Block = Child->NodeType() == ntElement || Child->NodeType() == ntComment;
+    if (Break && Block) Out += u'\n';
+    WriteNode(*Child, Out, Break && Block, ADepth + 1);
+  }
+  if (Break) Out += u'\n' + Pad;
+  Out += QLatin1String("</") + N.Name() + u'>';
+}
+
+// ---- parsing ----------------------------------------------------------------
+
+// One pass over the text; each routine starts at the character it names.
+class TXMLParser {
+public:
+  explicit TXMLParser(const QString& AData) : FData(AData) {}
+
+  // document = [header] { comment | blank } element { comment | blank }
+  void Parse(std::unique_ptr<TXMLNode>& ARoot, QString& AVersion, QString& AEncoding) {
+    SkipBlank();
+    if (Starts(QLatin1String("<?xml"))) Header(AVersion, AEncoding);
+    for (;;) {
+      SkipBlank();
+      if (Starts(QLatin1String("<!--"))) {
+        Comment(nullptr);
+      } else if (Starts(QLatin1String("<!"))) {
+        SkipPast(QLatin1String(">"));  // a document type declaration is skipped
+      } else if (Starts(QLatin1String("<?"))) {
+        SkipPast(QLatin1String("?>"));
+      } else {
+        break;
+      }
+    }
+    if (!Starts(QLatin1String("<"))) Fail(QStringLiteral("no root element"));
+    ARoot = std::make_unique<TXMLNode>(nullptr, ntElement, QString());
+    Element(*ARoot);
+    SkipBlank();
+    while (Starts(QLatin1String("<!--"))) {
+      Comment(nullptr);
+      SkipBlank();
+    }
+    if (FPos < FData.size()) Fail(QStringLiteral("text after the root element"));
+  }
+
+private:
+  [[noreturn]] void Fail(const QString& AWhat) const {
+    throw EXMLError(QStringLiteral("XML 解析错误（位置 %1）：%2").arg(FPos).arg(AWhat));
+  }
+  bool Starts(QLatin1String S) const { return QStringView(FData).mid(FPos).startsWith(S); }
+  void SkipBlank() {
+    while (FPos < FData.size() && FData[FPos].unicode() <= 32) ++FPos;
+  }
+  void SkipPast(QLatin1String AEnd) {
+    const qsizetype E = FData.indexOf(AEnd, FPos);
+    if (E < 0) Fail(QStringLiteral("unterminated markup"));
+    FPos = E + AEnd.size();
+  }
+  static bool IsNameChar(QChar C) {
+    return !(C.unicode() <= 32 || C == u'=' || C == u'/' || C == u'>' || C == u'<' || C == u'"' || C == u'\'');
+  }
+  QString Name() {
+    const qsizetype S = FPos;
+    while (FPos < FData.size() && IsNameChar(FData[FPos])) ++FPos;
+    return FData.mid(S, FPos - S);
+  }
+
+  QString Decode(QStringView S) const {
+    QString R;
+    R.reserve(S.size());
+    for (qsizetype I = 0; I < S.size(); ++I) {
+      if (S[I] != u'&') {
+        R += S[I];
+        continue;
+      }
+      const qsizetype E = S.indexOf(u';', I);
+      if (E < 0 || E - I > 12) Fail(QStringLiteral("bad entity"));
+      const QStringView Ent = S.mid(I + 1, E - I - 1);
+      if (Ent == QLatin1String("amp")) R += u'&';
+      else if (Ent == QLatin1String("lt")) R += u'<';
+      else if (Ent == QLatin1String("gt")) R += u'>';
+      else if (Ent == QLatin1String("apos")) R += u'\'';
+      else if (Ent == QLatin1String("quot")) R += u'"';
+      else if (Ent.startsWith(u'#')) {
+        bool Ok = false;
+        const uint Code = Ent.size() > 1 && (Ent[1] == u'x' || Ent[1] == u'X') ? Ent.mid(2).toUInt(&Ok, 16)
+                                                                               : Ent.mid(1).toUInt(&Ok, 10);
+        if (!Ok || Code == 0 || Code > 0x10FFFF) Fail(QStringLiteral("bad character reference"));
+        R += QString::fromUcs4(reinterpret_cast<const char32_t*>(&Code), 1);
+      } else {
+        Fail(QStringLiteral("unknown entity"));
+      }
+      I = E;
+    }
+    return R;
+  }
+
+  // header = "<?xml" { attribute } "?>"
+  void Header(QString& AVersion, QString& AEncoding) {
+    FPos += 5;
+    TXMLNode Tmp(nullptr, ntElement, QString());
+    Attributes(Tmp, QLatin1String("?>"));
+    AVersion = Tmp.Attributes().IndexOf(QStringLiteral("version")) >= 0 ? Tmp.AttrAsString(QStringLiteral("version")) : AVersion;
+    AEncoding = Tmp.Attributes().IndexOf(QStringLiteral("encoding")) >= 0 ? Tmp.AttrAsString(QStringLiteral("encoding")) : AEncoding;
+  }
+
+  // attributes = { blank [name] "=" quote value quote } up to AEnd or ">" or "/>"
+  void Attributes(TXMLNode& ANode, QLatin1String AEnd) {
+    for (;;) {
+      SkipBlank();
+      if (FPos >= FData.size()) Fail(QStringLiteral("unterminated tag"));
+      if (Starts(AEnd) || Starts(QLatin1String(">")) || Starts(QLatin1String("/>"))) return;
+      const QString N = Name();
+      SkipBlank();
+      if (FPos >= FData.size() || FData[FPos] != u'=') Fail(QStringLiteral("'=' expected after attribute name"));
+      ++FPos;
+      SkipBlank();
+      if (FPos >= FData.size() || (FData[FPos] != u'"' && FData[FPos] != u'\'')) Fail(QStringLiteral("quoted value expected"));
+      const QChar Q = FData[FPos++];
+      const qsizetype E = FData.indexOf(Q, FPos);
+      if (E < 0) Fail(QStringLiteral("unterminated attribute value"));
+      ANode.Attributes().Add(N)->SetAsString(Decode(QStringView(FData).mid(FPos, E - FPos)));
+      FPos = E + 1;
+    }
+  }
+
+  // comment = "<!--" text "-->"
+  void Comment(TXMLNode* AParent) {
+    FPos += 4;
+    const qsizetype E = FData.indexOf(QLatin1String("-->"), FPos);
+    if (E < 0) Fail(QStringLiteral("unterminated comment"));
+    if (AParent) AParent->AddChild(QString(), ntComment)->SetText(FData.mid(FPos, E - FPos));
+    FPos = E + 3;
+  }
+
+  // element = "<" name attributes ( "/>" | ">" content "</" name ">" )
+  void Element(TXMLNode& ANode) {
+    if (++FDepth > 1000) Fail(QStringLiteral("nesting too deep"));
+    ++FPos;
+    const QString N = Name();
+    if (N.isEmpty()) Fail(QStringLiteral("element name expected"));
+    ANode.SetName(N);
+    Attributes(ANode, QLatin1String("/>"));
+    if (Starts(QLatin1String("/>"))) {
+      FPos += 2;
+      --FDepth;
+      return;
+    }
+    ++FPos;  // ">"
+    Content(ANode);
+    // "</" name ">"
+    FPos += 2;
+    const QString Close = Name();
+    if (Close != N) Fail(QStringLiteral("</%1> closes <%2>").arg(Close, N));
+    SkipBlank();
+    if (FPos >= FData.size() || FData[FPos] != u'>') Fail(QStringLiteral("'>' expected"));
+    ++FPos;
+    --FDepth;
+  }
+
+  // content = { text | element | comment | cdata } up to "</"
+  void Content(TXMLNode& ANode) {
+    for (;;) {
+      const qsizetype Lt = FData.indexOf(u'<', FPos);
+      if (Lt < 0) Fail(QStringLiteral("unterminated element <%1>").arg(ANode.Name()));
+      if (Lt > FPos) {
+        const QStringView T = QStringView(FData).mid(FPos, Lt - FPos);
+        bool Blank = true;
+        for (const QChar C : T)
+          if (C.unicode() > 32) Blank = false;
+        if (!Blank) ANode.AddChild(QString(), ntText)->SetText(Decode(T));
+      }
+      FPos = Lt;
+      if (Starts(QLatin1String("</"))) return;
+      if (Starts(QLatin1String("<!--"))) {
+        Comment(&ANode);
+      } else if (Starts(QLatin1String("<![CDATA["))) {
+        const qsizetype E = FData.indexOf(QLatin1String("]]>"), FPos + 9);
+        if (E < 0) Fail(QStringLiteral("unterminated CDATA"));
+        ANode.AddChild(QString(), ntCData)->SetText(FData.mid(FPos + 9, E - FPos - 9));
+        FPos = E + 3;
+      } else {
+        auto* Child = static_cast<TXMLNode*>(ANode.AddChild(QStringLiteral("?"), ntElement));
+        Element(*Child);
+      }
+    }
+  }
+
+  const QString& FData;
+  qsizetype FPos = 0;
+  int FDepth = 0;
+};
+
+class TXMLDocument : public IXMLDocument {
+public:
+  IXMLNode* Root() const override { return FRoot.get(); }
+  IXMLNode* AddRoot(const QString& AName) override {
+    FRoot = std::make_unique<TXMLNode>(nullptr, ntElement, AName);
+    return FRoot.get();
+  }
+  void LoadFromString(const QString& AText) override {
+    FRoot.reset();
+    TXMLParser P(AText);
+    P.Parse(FRoot, FVersion, FEncoding);
+  }
+  void LoadFromStream(TStream& AStream, bool) override {
+    AStream.SetPosition(0);
+    const qint64 N = AStream.GetSize();
+    QByteArray B(qsizetype(std::max<qint64>(0, N)), Qt::Uninitialized);
+    AStream.ReadBuffer(B.data(), B.size());
+    // The header's encoding decides; without one, UTF-8.
+    const qsizetype HeaderEnd = B.indexOf("?>");
+    const QByteArray Head = HeaderEnd > 0 ? B.left(HeaderEnd).toLower() : QByteArray();
+    const bool Gbk = Head.contains("encoding=\"gbk\"") || Head.contains("encoding=\"gb2312\"") ||
+                     Head.contains("encoding='gbk'") || Head.contains("encoding='gb2312'");
+    QString Text = Gbk ? QStringDecoder("GBK")(B) : QString::fromUtf8(B);
+    if (Text.startsWith(QChar(0xFEFF))) Text.remove(0, 1);
+    LoadFromString(Text);
+  }
+  void LoadFromFile(const QString& AFileName) override {
+    QFile F(AFileName);
+    if (!F.open(QIODevice::ReadOnly)) throw EXMLError(QStringLiteral("无法打开文件 \"%1\"").arg(AFileName));
+    TBytesStream S(F.readAll());
+    LoadFromStream(S, true);
+  }
+  QString SaveToString() const override {
+    QString Out;
+    if (FIncludeHeader) Out += QStringLiteral("<?xml version=\"%1\" encoding=\"%2\"?>").arg(FVersion, FEncoding) + (FAutoIndent ? QStringLiteral("\n") : QString());
+    if (FRoot) WriteNode(*FRoot, Out, FAutoIndent, 0);
+    if (FAutoIndent) Out += u'\n';
+    return Out;
+  }
+  void SaveToStream(TStream& AStream) const override {
+    const QByteArray B = SaveToString().toUtf8();
+    AStream.WriteBuffer(B.constData(), B.size());
+  }
+  void SaveToFile(const QString& AFileName) const override {
+    QFile F(AFileName);
+    const QByteArray B = SaveToString().toUtf8();
+    if (!F.open(QIODevice::WriteOnly | QIODevice::Truncate) || F.write(B) != B.size())
+      throw EXMLError(QStringLiteral("无法写入文件 \"%1\"").arg(AFileName));
+  }
+  QString Version() const override { return FVersion; }
+  QString Encoding() const override { return FEncoding; }
+  bool AutoIndent() const override { return FAutoIndent; }
+  void SetAutoIndent(bool AValue) override { FAutoIndent = AValue; }
+  bool IncludeHeader() const override { return FIncludeHeader; }
+  void SetIncludeHeader(bool AValue) override { FIncludeHeader = AValue; }
+
+private:
+  std::unique_ptr<TXMLNode> FRoot;
+  bool FAutoIndent = true;
+  bool FIncludeHeader = true;
+  QString FEncoding = QStringLiteral("utf-8");
+  QString FVersion = QStringLiteral("1.0");
+};
+
+}  // namespace
+
+bool IXMLNode::HasAttr(const QString& AName) const {
+  return const_cast<IXMLNode*>(this)->Attributes().IndexOf(AName) >= 0;
+}
+
+std::unique_ptr<IXMLDocument> NewXMLDocument() { return std::make_unique<TXMLDocument>(); }
