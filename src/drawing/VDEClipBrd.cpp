@@ -1,5 +1,6 @@
 #include "VDEClipBrd.h"
 
+#include "Classes.h"
 #include "VectorDrawing.h"
 
 #include <QClipboard>
