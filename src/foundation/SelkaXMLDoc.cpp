@@ -289,6 +289,8 @@ private:
     FPos += 5;
     TXMLNode Tmp(nullptr, ntElement, QString());
     Attributes(Tmp, QLatin1String("?>"));
+    if (!Starts(QLatin1String("?>"))) Fail(QStringLiteral("'?>' expected"));
+    FPos += 2;
     AVersion = Tmp.Attributes().IndexOf(QStringLiteral("version")) >= 0 ? Tmp.AttrAsString(QStringLiteral("version")) : AVersion;
     AEncoding = Tmp.Attributes().IndexOf(QStringLiteral("encoding")) >= 0 ? Tmp.AttrAsString(QStringLiteral("encoding")) : AEncoding;
   }

@@ -5,6 +5,7 @@ void RegisterAllCommands(TDseCommandLine& ACommands) {
   RegisterUnitCommands(ACommands);
   RegisterBarInfoCommands(ACommands);
   RegisterScriptCommands(ACommands);
+  RegisterLvdCommands(ACommands);
 }
 
 int UsageError(TDseIO& AIO, const QString& ACommand, const QString& AMessage) {

@@ -7,6 +7,7 @@ void RegisterExprCommands(TDseCommandLine& ACommands);
 void RegisterUnitCommands(TDseCommandLine& ACommands);
 void RegisterBarInfoCommands(TDseCommandLine& ACommands);
 void RegisterScriptCommands(TDseCommandLine& ACommands);
+void RegisterLvdCommands(TDseCommandLine& ACommands);
 
 // Fills the program's table once.
 void RegisterAllCommands(TDseCommandLine& ACommands);

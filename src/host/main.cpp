@@ -1,11 +1,23 @@
 #include "DseCommands.h"
 
-#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QGuiApplication>
+
+#include <unistd.h>
 
 #include <cstdio>
 
 int main(int argc, char** argv) {
-  QCoreApplication App(argc, argv);
+  // The command line shows no window; drawing and text measure still need a platform.
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
+    const QByteArray Dir = QDir::tempPath().toLocal8Bit() + "/dse-runtime-" + QByteArray::number(getuid());
+    QDir().mkpath(QString::fromLocal8Bit(Dir));
+    QFile::setPermissions(QString::fromLocal8Bit(Dir), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    qputenv("XDG_RUNTIME_DIR", Dir);
+  }
+  QGuiApplication App(argc, argv);
   QTextStream Out(stdout);
   QTextStream Err(stderr);
   TDseIO IO{Out, Err};

@@ -1,0 +1,248 @@
+#include "DseCommands.h"
+
+#include "VDIFormat.h"
+#include "VDIHatch.h"
+#include "VDILine.h"
+#include "VDIPoint.h"
+#include "VDIText.h"
+#include "VectorDrawing.h"
+
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QPainter>
+
+namespace {
+
+const QString Name = QStringLiteral("lvd");
+
+QJsonArray Pt(const TKRNVector2d& P) { return QJsonArray{P.X, P.Y}; }
+
+QJsonArray Vertices(const TKRNVertex2dList& L) {
+  QJsonArray A;
+  for (int I = 0; I < L.Count(); ++I) {
+    const TKRNVertex2d* V = L[I];
+    const bool Arc = V->VertexType() == vtArc;
+    A.append(QJsonArray{V->Point().X, V->Point().Y, Arc ? int(V->ArcType()) : 0, Arc ? V->Radius() : 0.0});
+  }
+  return A;
+}
+
+QJsonObject ItemJson(const TVectorDrawingItem& I) {
+  QJsonObject O;
+  O.insert(QStringLiteral("type"), I.ItemType());
+  O.insert(QStringLiteral("class"), QString::fromLatin1(FindVDIClass(I.ItemType())->ClassName));
+  O.insert(QStringLiteral("id"), I.ID());
+  O.insert(QStringLiteral("layer"), I.Layer() ? QJsonValue(I.Layer()->ID()) : QJsonValue(QJsonValue::Null));
+  O.insert(QStringLiteral("color"), qint64(I.Color()));
+  O.insert(QStringLiteral("extData"), I.ExtData());
+  O.insert(QStringLiteral("relationId"), I.RelationID());
+  O.insert(QStringLiteral("blockTypeId"), I.BlockTypeID());
+  O.insert(QStringLiteral("blockId"), I.BlockID());
+  O.insert(QStringLiteral("enableType"), I.EnableType());
+  O.insert(QStringLiteral("currentScale"), I.CurrentScale());
+  const TKRNBox2d& B = I.OutRect();
+  O.insert(QStringLiteral("outRect"), QJsonArray{B.MinX(), B.MinY(), B.MaxX(), B.MaxY()});
+  if (const auto* P = dynamic_cast<const TVectorPoint*>(&I)) {
+    O.insert(QStringLiteral("insertPt"), Pt(P->InsertPt()));
+    O.insert(QStringLiteral("size"), P->Size());
+    O.insert(QStringLiteral("pointStyle"), int(P->PointStyle()));
+  } else if (const auto* T = dynamic_cast<const TVectorText*>(&I)) {
+    O.insert(QStringLiteral("text"), T->Text());
+    O.insert(QStringLiteral("height"), T->Height());
+    O.insert(QStringLiteral("floatHeight"), double(T->FloatHeight()));
+    O.insert(QStringLiteral("angle"), double(T->Angle()));
+    O.insert(QStringLiteral("insertPt"), Pt(T->InsertPt()));
+    O.insert(QStringLiteral("horzAlignment"), int(T->HorzAlignment()));
+    O.insert(QStringLiteral("vertAlignment"), int(T->VertAlignment()));
+    O.insert(QStringLiteral("fontName"), T->FontName());
+    O.insert(QStringLiteral("fontStyle"), T->FontStyle() & 3);
+    O.insert(QStringLiteral("transparent"), T->Transparent());
+    O.insert(QStringLiteral("backColor"), qint64(T->BackColor()));
+  } else if (const auto* L = dynamic_cast<const TVectorLineBase*>(&I)) {
+    O.insert(QStringLiteral("lineWidth"), L->LineWidth());
+    O.insert(QStringLiteral("lineStyle"), L->LineStyle());
+    O.insert(QStringLiteral("startMarkSize"), L->StartMarkSize());
+    O.insert(QStringLiteral("endMarkSize"), L->EndMarkSize());
+    O.insert(QStringLiteral("startMarkStyle"), int(L->StartMarkStyle()));
+    O.insert(QStringLiteral("endMarkStyle"), int(L->EndMarkStyle()));
+    O.insert(QStringLiteral("prevItemId"), L->PrevItemID());
+    O.insert(QStringLiteral("nextItemId"), L->NextItemID());
+    if (const auto* Ln = dynamic_cast<const TVectorLine*>(L)) {
+      O.insert(QStringLiteral("startPt"), Pt(Ln->GetXLine().StartPt()));
+      O.insert(QStringLiteral("endPt"), Pt(Ln->GetXLine().EndPt()));
+      if (const auto* A = dynamic_cast<const TVectorArc*>(L)) {
+        O.insert(QStringLiteral("radius"), A->Arc().Radius());
+        O.insert(QStringLiteral("arcType"), int(A->Arc().ArcType()));
+      }
+    } else if (const auto* P = dynamic_cast<const TVectorPolyline*>(L)) {
+      O.insert(QStringLiteral("vertices"), Vertices(P->Polyline().List()));
+    }
+  } else if (const auto* H = dynamic_cast<const TVectorHatch*>(&I)) {
+    O.insert(QStringLiteral("fillStyle"), H->FillStyle());
+    O.insert(QStringLiteral("vertices"), Vertices(H->XPoly().List()));
+  } else if (const auto* C = dynamic_cast<const TVectorCircle*>(&I)) {
+    O.insert(QStringLiteral("lineWidth"), C->LineWidth());
+    O.insert(QStringLiteral("lineStyle"), C->LineStyle());
+    O.insert(QStringLiteral("centerPt"), Pt(C->CenterPt()));
+    O.insert(QStringLiteral("radius"), C->Radius());
+  } else if (const auto* M = dynamic_cast<const TVectorHatchM*>(&I)) {
+    O.insert(QStringLiteral("hatchStyle"), M->HatchStyle());
+    QJsonArray Polys;
+    for (int K = 0; K < M->XPoly().Count(); ++K) {
+      const auto* P = dynamic_cast<const TKRNPolygon2d*>(M->XPoly().GetItems(K));
+      Polys.append(P ? Vertices(P->List()) : QJsonArray());
+    }
+    O.insert(QStringLiteral("polygons"), Polys);
+    O.insert(QStringLiteral("pattern"), QJsonArray::fromStringList(M->HatchPatternData()));
+  } else if (const auto* Cm = dynamic_cast<const TVectorComment*>(&I)) {
+    O.insert(QStringLiteral("text"), Cm->Text());
+    O.insert(QStringLiteral("date"), Cm->Date());
+    O.insert(QStringLiteral("insertPt"), Pt(Cm->InsertPt()));
+    O.insert(QStringLiteral("commentPoly"), Vertices(Cm->CommentPoly().List()));
+  }
+  return O;
+}
+
+int Info(const QStringList& AArgs, TDseIO& AIO) {
+  const bool Json = AArgs.contains(QStringLiteral("--json"));
+  QStringList Files = AArgs;
+  Files.removeAll(QStringLiteral("--json"));
+  if (Files.size() != 1) return UsageError(AIO, Name, QStringLiteral("info takes one file"));
+  TVectorDrawing D;
+  TVDSaveFormat Format;
+  D.LoadFromFile(Files[0], Format);
+  if (Json) {
+    QJsonObject O;
+    O.insert(QStringLiteral("format"), Format == sfXML ? QStringLiteral("xml") : QStringLiteral("bin"));
+    O.insert(QStringLiteral("version"), D.Version());
+    O.insert(QStringLiteral("oriVersion"), D.OriVersion());
+    O.insert(QStringLiteral("backColor"), qint64(D.BackColor()));
+    O.insert(QStringLiteral("width"), D.DrawingWidth());
+    O.insert(QStringLiteral("height"), D.DrawingHeight());
+    O.insert(QStringLiteral("remark"), D.Remark());
+    O.insert(QStringLiteral("extData"), D.ExtData());
+    O.insert(QStringLiteral("maxId"), D.MaxID());
+    QJsonArray Layers;
+    for (int I = 0; I < D.Layers().Count(); ++I) {
+      const TLayer* L = D.Layers().Items(I);
+      Layers.append(QJsonObject{{QStringLiteral("id"), L->ID()}, {QStringLiteral("name"), L->Name()},
+                                {QStringLiteral("color"), qint64(L->Color())}, {QStringLiteral("visible"), L->Visible()}});
+    }
+    O.insert(QStringLiteral("layers"), Layers);
+    QJsonArray Items;
+    for (int I = 0; I < D.Count(); ++I) Items.append(ItemJson(*D.Items(I)));
+    O.insert(QStringLiteral("items"), Items);
+    AIO.Out << QString::fromUtf8(QJsonDocument(O).toJson(QJsonDocument::Indented));
+    return ecOk;
+  }
+  AIO.Out << QStringLiteral("format: %1\nversion: %2\npage: %3 x %4\nback colour: 0x%5\nremark: %6\nlayers: %7\n")
+                 .arg(Format == sfXML ? QStringLiteral("xml") : QStringLiteral("bin"), D.Version())
+                 .arg(D.DrawingWidth())
+                 .arg(D.DrawingHeight())
+                 .arg(D.BackColor(), 6, 16, QChar(u'0'))
+                 .arg(D.Remark())
+                 .arg(D.Layers().Count());
+  for (int I = 0; I < D.Layers().Count(); ++I)
+    AIO.Out << QStringLiteral("  %1 %2%3\n").arg(D.Layers().Items(I)->ID()).arg(D.Layers().Items(I)->Name(),
+                                                                                 D.Layers().Items(I)->Visible() ? QString() : QStringLiteral(" (hidden)"));
+  AIO.Out << QStringLiteral("items: %1\n").arg(D.Count());
+  for (int I = 0; I < D.Count(); ++I) {
+    const TVectorDrawingItem* It = D.Items(I);
+    const TKRNBox2d& B = It->OutRect();
+    AIO.Out << QStringLiteral("  %1 %2 [%3, %4, %5, %6]\n")
+                   .arg(It->ID())
+                   .arg(QString::fromLatin1(FindVDIClass(It->ItemType())->ClassName))
+                   .arg(B.MinX()).arg(B.MinY()).arg(B.MaxX()).arg(B.MaxY());
+  }
+  return ecOk;
+}
+
+int Convert(const QStringList& AArgs, TDseIO& AIO) {
+  QStringList Files;
+  QString Format, Selected;
+  for (int I = 0; I < AArgs.size(); ++I) {
+    if (AArgs[I] == QLatin1String("--format") && I + 1 < AArgs.size()) Format = AArgs[++I];
+    else if (AArgs[I] == QLatin1String("--selected") && I + 1 < AArgs.size()) Selected = AArgs[++I];
+    else if (AArgs[I].startsWith(QLatin1String("--"))) return UsageError(AIO, Name, QStringLiteral("unknown option '%1'").arg(AArgs[I]));
+    else Files << AArgs[I];
+  }
+  if (Files.size() != 2) return UsageError(AIO, Name, QStringLiteral("convert takes IN and OUT"));
+  if (Format != QLatin1String("xml") && Format != QLatin1String("bin"))
+    return UsageError(AIO, Name, QStringLiteral("--format must be xml or bin"));
+  TVectorDrawing D;
+  D.LoadFromFile(Files[0]);
+  if (!Selected.isEmpty()) {
+    for (const QString& Part : Selected.split(u',', Qt::SkipEmptyParts)) {
+      int ID;
+      if (!TryStrToInt(Part.trimmed(), ID)) return UsageError(AIO, Name, QStringLiteral("'%1' is not an item ID").arg(Part));
+      const int Index = D.IndexOfID(ID);
+      if (Index < 0) {
+        AIO.Err << QStringLiteral("error: no item with ID %1 in '%2'\n").arg(ID).arg(Files[0]);
+        return ecFailed;
+      }
+      D.SelSet().Add(D.Items(Index));
+    }
+  }
+  D.SaveToFile(Files[1], Format == QLatin1String("xml") ? sfXML : sfBin, !Selected.isEmpty());
+  return ecOk;
+}
+
+int Render(const QStringList& AArgs, TDseIO& AIO) {
+  QString In, Out;
+  int W = 800, H = 600, Margin = 10;
+  for (int I = 0; I < AArgs.size(); ++I) {
+    const bool HasValue = I + 1 < AArgs.size();
+    if (AArgs[I] == QLatin1String("-o") && HasValue) Out = AArgs[++I];
+    else if (AArgs[I] == QLatin1String("--size") && HasValue) {
+      const QStringList P = AArgs[++I].toLower().split(u'x');
+      if (P.size() != 2 || !TryStrToInt(P[0], W) || !TryStrToInt(P[1], H) || W < 1 || H < 1 || W > 20000 || H > 20000)
+        return UsageError(AIO, Name, QStringLiteral("--size takes WxH, each 1 to 20000"));
+    } else if (AArgs[I] == QLatin1String("--margin") && HasValue) {
+      if (!TryStrToInt(AArgs[++I], Margin) || Margin < 0) return UsageError(AIO, Name, QStringLiteral("--margin takes a whole number"));
+    } else if (AArgs[I].startsWith(u'-')) return UsageError(AIO, Name, QStringLiteral("unknown option '%1'").arg(AArgs[I]));
+    else if (In.isEmpty()) In = AArgs[I];
+    else return UsageError(AIO, Name, QStringLiteral("unexpected argument '%1'").arg(AArgs[I]));
+  }
+  if (In.isEmpty() || Out.isEmpty()) return UsageError(AIO, Name, QStringLiteral("render takes IN and -o OUT.png"));
+  TVectorDrawing D;
+  D.LoadFromFile(In);
+  QImage Img(W, H, QImage::Format_RGB32);
+  Img.fill(ToQColor(D.BackColor()));
+  {
+    QPainter P(&Img);
+    D.Draw(P, TKRNRect{0, 0, W, H}, Margin, Margin);
+  }
+  if (!Img.save(Out, "PNG")) {
+    AIO.Err << QStringLiteral("error: cannot write '%1'\n").arg(Out);
+    return ecFailed;
+  }
+  return ecOk;
+}
+
+int RunLvd(const QStringList& AArgs, TDseIO& AIO) {
+  if (AArgs.isEmpty()) return UsageError(AIO, Name, QStringLiteral("missing subcommand"));
+  try {
+    if (AArgs[0] == QLatin1String("info")) return Info(AArgs.mid(1), AIO);
+    if (AArgs[0] == QLatin1String("convert")) return Convert(AArgs.mid(1), AIO);
+    if (AArgs[0] == QLatin1String("render")) return Render(AArgs.mid(1), AIO);
+  } catch (const Exception& X) {
+    AIO.Err << "error: " << X.Message() << '\n';
+    return ecFailed;
+  }
+  return UsageError(AIO, Name, QStringLiteral("unknown subcommand '%1'").arg(AArgs[0]));
+}
+
+}  // namespace
+
+void RegisterLvdCommands(TDseCommandLine& ACommands) {
+  ACommands.Register({Name, QStringLiteral("inspect, convert and render drawing files (.lvd)"),
+                      QStringLiteral("Usage: dse lvd info FILE [--json]\n"
+                                     "       dse lvd convert IN OUT --format xml|bin [--selected ID,ID...]\n"
+                                     "       dse lvd render IN -o OUT.png [--size WxH] [--margin N]\n"
+                                     "\n"
+                                     "Files in either form load (the form is detected). A file that does not load\n"
+                                     "prints the drawing error on stderr and exits with 1.\n"),
+                      RunLvd});
+}
