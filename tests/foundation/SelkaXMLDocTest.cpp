@@ -1,0 +1,111 @@
+#include "SelkaXMLDoc.h"
+
+#include <QStringEncoder>
+
+#include <gtest/gtest.h>
+
+namespace {
+QString RoundTrip(IXMLDocument& ADoc) {
+  const QString Text = ADoc.SaveToString();
+  const auto Back = NewXMLDocument();
+  Back->LoadFromString(Text);
+  return Back->SaveToString();
+}
+}  // namespace
+
+TEST(TXMLDocument, WritesAndReadsBack) {
+  const auto Doc = NewXMLDocument();
+  Doc->SetAutoIndent(false);
+  IXMLNode* Root = Doc->AddRoot(QStringLiteral("Root"));
+  Root->SetAttr(QStringLiteral("Version"), QStringLiteral("2.2"));
+  Root->SetAttr(QString(), QStringLiteral("3.5"));  // an empty name
+  Root->AddChild(QStringLiteral("Empty"));
+  Root->AddChild(QStringLiteral("Remark"))->SetText(QStringLiteral("a<b & \"c\"\nline 2"));
+  IXMLNode* Item = Root->AddChild(QStringLiteral("DI"));
+  Item->SetAttrBool(QStringLiteral("Tp"), true);
+  Item->SetAttrFloat(QStringLiteral("R"), 12.5);
+  Item->SetAttr(QStringLiteral("ID"), qint64(-7));
+  Root->AddChild(QString(), ntComment)->SetText(QStringLiteral(" note "));
+  Root->AddChild(QString(), ntCData)->SetText(QStringLiteral("<raw>"));
+  const QString Text = Doc->SaveToString();
+  EXPECT_TRUE(Text.startsWith(QStringLiteral("<?xml version=\"1.0\" encoding=\"utf-8\"?><Root Version=\"2.2\" =\"3.5\">")));
+  EXPECT_TRUE(Text.contains(QStringLiteral("<Empty/>")));
+  EXPECT_TRUE(Text.contains(QStringLiteral("a&lt;b &amp; &quot;c&quot;&#xA;line 2")));
+  EXPECT_TRUE(Text.contains(QStringLiteral("<!-- note -->")));
+  EXPECT_TRUE(Text.contains(QStringLiteral("<![CDATA[<raw>]]>")));
+
+  const auto Back = NewXMLDocument();
+  Back->LoadFromString(Text);
+  IXMLNode* R = Back->Root();
+  ASSERT_NE(R, nullptr);
+  EXPECT_EQ(R->AttrAsString(QString()), QStringLiteral("3.5"));
+  EXPECT_EQ(R->ChildNodes().FindNode(QStringLiteral("remark"))->Text(), QStringLiteral("a<b & \"c\"\nline 2"));
+  IXMLNode* I = R->ChildNodes().FindNode(QStringLiteral("DI"));
+  EXPECT_TRUE(I->AttrAsBoolean(QStringLiteral("TP")));
+  EXPECT_DOUBLE_EQ(I->AttrAsFloat(QStringLiteral("R")), 12.5);
+  EXPECT_EQ(I->AttrAsInteger(QStringLiteral("ID")), -7);
+  EXPECT_EQ(R->ChildNodes().FindNode(QStringLiteral("missing")), nullptr);
+  EXPECT_EQ(RoundTrip(*Back), Back->SaveToString());
+}
+
+TEST(TXMLDocument, ReadingAnAbsentAttributeAddsIt) {
+  const auto Doc = NewXMLDocument();
+  IXMLNode* Root = Doc->AddRoot(QStringLiteral("R"));
+  EXPECT_FALSE(Root->HasAttr(QStringLiteral("X")));
+  EXPECT_EQ(Root->AttrAsInteger(QStringLiteral("X")), 0);
+  EXPECT_EQ(Root->AttrAsFloat(QStringLiteral("Y")), 0);
+  EXPECT_FALSE(Root->AttrAsBoolean(QStringLiteral("Z")));
+  EXPECT_TRUE(Root->HasAttr(QStringLiteral("x")));
+  EXPECT_EQ(Root->Attributes().Count(), 3);
+  EXPECT_TRUE(Doc->SaveToString().contains(QStringLiteral("<R X=\"\" Y=\"\" Z=\"\"/>")));
+  Root->SetAttr(QStringLiteral("B"), QStringLiteral("true"));
+  EXPECT_TRUE(Root->AttrAsBoolean(QStringLiteral("B")));
+  Root->SetAttr(QStringLiteral("F"), QStringLiteral("1,5"));
+  EXPECT_EQ(Root->AttrAsFloat(QStringLiteral("F")), 0);  // only "." is a decimal separator
+}
+
+TEST(TXMLDocument, NodeListOperations) {
+  const auto Doc = NewXMLDocument();
+  IXMLNode* Root = Doc->AddRoot(QStringLiteral("R"));
+  for (const char* N : {"a", "b", "c"}) Root->AddChild(QString::fromLatin1(N));
+  IXMLNodeList& L = Root->ChildNodes();
+  L.Move(0, 2);
+  EXPECT_EQ(L.GetNode(2)->Name(), QStringLiteral("a"));
+  L.Exchange(0, 1);
+  EXPECT_EQ(L.GetNode(0)->Name(), QStringLiteral("c"));
+  EXPECT_EQ(L.IndexOf(QStringLiteral("B")), 1);
+  L.Remove(L.GetNode(1));
+  EXPECT_EQ(L.Count(), 2);
+  EXPECT_EQ(L.GetNode(5), nullptr);
+  L.Clear();
+  EXPECT_EQ(L.Count(), 0);
+}
+
+TEST(TXMLDocument, BrokenTextRaises) {
+  const char* Bad[] = {"", "<a", "<a b=1/>", "<a></b>", "<a>", "<a b='x></a>", "<a>&bogus;</a>", "<a>&#0;</a>",
+                       "<?xml version=\"1.0\"", "<a/><b/>", "text", "<a><!-- x</a>", "<a><![CDATA[x</a>", "<a =></a>",
+                       "<a/>trailing"};
+  for (const char* B : Bad) {
+    SCOPED_TRACE(B);
+    const auto Doc = NewXMLDocument();
+    EXPECT_THROW(Doc->LoadFromString(QString::fromUtf8(B)), EXMLError);
+  }
+  const auto Deep = NewXMLDocument();
+  EXPECT_THROW(Deep->LoadFromString(QString(5000, u'<').replace(QStringLiteral("<"), QStringLiteral("<a>"))), EXMLError);
+}
+
+TEST(TXMLDocument, StreamsInUtf8AndGbk) {
+  TBytesStream Utf8(QByteArray("<?xml version=\"1.0\" encoding=\"utf-8\"?><R T=\"\xE9\x92\xA2\xE7\xAD\x8B\"/>"));
+  const auto A = NewXMLDocument();
+  A->LoadFromStream(Utf8);
+  EXPECT_EQ(A->Root()->AttrAsString(QStringLiteral("T")), QStringLiteral("钢筋"));
+  const QByteArray Gbk = QByteArray("<?xml version=\"1.0\" encoding=\"GBK\"?><R T=\"") + QStringEncoder("GBK")(QStringLiteral("钢筋")) + "\"/>";
+  TBytesStream G(Gbk);
+  const auto B = NewXMLDocument();
+  B->LoadFromStream(G);
+  EXPECT_EQ(B->Root()->AttrAsString(QStringLiteral("T")), QStringLiteral("钢筋"));
+  EXPECT_EQ(B->Encoding(), QStringLiteral("GBK"));
+  TBytesStream Out;
+  A->SaveToStream(Out);
+  EXPECT_TRUE(Out.Bytes().contains("\xE9\x92\xA2"));
+}
