@@ -1,0 +1,115 @@
+#include "DseCommands.h"
+#include "VDILine.h"
+#include "VDIText.h"
+#include "VectorDrawing.h"
+
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+struct TResult {
+  int Code;
+  QString Out, Err;
+};
+
+TResult Lvd(const QStringList& AArgs) {
+  static TDseCommandLine Cli = [] {
+    TDseCommandLine C;
+    RegisterAllCommands(C);
+    return C;
+  }();
+  QString Out, Err;
+  QTextStream O(&Out), E(&Err);
+  TDseIO IO{O, E};
+  const int Code = Cli.Run(QStringList{QStringLiteral("lvd")} + AArgs, IO);
+  O.flush();
+  E.flush();
+  return {Code, Out, Err};
+}
+
+QString MakeDrawing(const QTemporaryDir& ADir) {
+  TVectorDrawing D;
+  D.SetRemark(QStringLiteral("梁柱节点"));
+  D.Add(new TVectorLine(&D, 0, 0xFF, -2, 0, 0, 10, msNone, msArrow, {0, 0}, {100, 50}));
+  D.Add(new TVectorText(&D, 0, 0, QStringLiteral("L1"), {10, 10}, 0, QStringLiteral("宋体"), 8, 0, haLeftJustify,
+                        vaBottomJustify, true, 0, QString()));
+  const QString Path = ADir.filePath(QStringLiteral("d.lvd"));
+  D.SaveToFile(Path, sfXML);
+  return Path;
+}
+}  // namespace
+
+TEST(DseLvd, InfoAsJson) {
+  QTemporaryDir Dir;
+  const QString File = MakeDrawing(Dir);
+  const TResult R = Lvd({"info", File, "--json"});
+  ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
+  const QJsonObject O = QJsonDocument::fromJson(R.Out.toUtf8()).object();
+  EXPECT_EQ(O.value(QStringLiteral("format")).toString(), QStringLiteral("xml"));
+  EXPECT_EQ(O.value(QStringLiteral("version")).toString(), QStringLiteral("2.2"));
+  EXPECT_EQ(O.value(QStringLiteral("remark")).toString(), QStringLiteral("梁柱节点"));
+  EXPECT_EQ(O.value(QStringLiteral("maxId")).toInt(), 2);
+  for (const char* Key : {"format", "version", "oriVersion", "backColor", "width", "height", "remark", "extData",
+                          "maxId", "layers", "items"})
+    EXPECT_TRUE(O.contains(QLatin1String(Key))) << Key;
+  const QJsonArray Items = O.value(QStringLiteral("items")).toArray();
+  ASSERT_EQ(Items.size(), 2);
+  const QJsonObject L = Items[0].toObject();
+  EXPECT_EQ(L.value(QStringLiteral("class")).toString(), QStringLiteral("TVectorLine"));
+  EXPECT_EQ(L.value(QStringLiteral("endMarkStyle")).toInt(), 1);
+  EXPECT_EQ(L.value(QStringLiteral("endPt")).toArray()[0].toDouble(), 100);
+  EXPECT_EQ(L.value(QStringLiteral("layer")).toInt(), 0);
+  EXPECT_EQ(L.value(QStringLiteral("outRect")).toArray().size(), 4);
+  const QJsonObject T = Items[1].toObject();
+  EXPECT_EQ(T.value(QStringLiteral("text")).toString(), QStringLiteral("L1"));
+  EXPECT_EQ(T.value(QStringLiteral("fontName")).toString(), QStringLiteral("宋体"));
+  EXPECT_TRUE(T.value(QStringLiteral("transparent")).toBool());
+  const TResult Plain = Lvd({"info", File});
+  EXPECT_TRUE(Plain.Out.contains(QStringLiteral("items: 2")));
+}
+
+TEST(DseLvd, ConvertAndRender) {
+  QTemporaryDir Dir;
+  const QString File = MakeDrawing(Dir);
+  const QString Bin = Dir.filePath(QStringLiteral("d.bin"));
+  EXPECT_EQ(Lvd({"convert", File, Bin, "--format", "bin", "--selected", "1"}).Code, 0);
+  const QJsonObject O = QJsonDocument::fromJson(Lvd({"info", Bin, "--json"}).Out.toUtf8()).object();
+  EXPECT_EQ(O.value(QStringLiteral("format")).toString(), QStringLiteral("bin"));
+  EXPECT_EQ(O.value(QStringLiteral("items")).toArray().size(), 1);
+  const TResult Missing = Lvd({"convert", File, Bin, "--format", "bin", "--selected", "99"});
+  EXPECT_EQ(Missing.Code, 1);
+  EXPECT_TRUE(Missing.Err.contains(QStringLiteral("no item with ID 99")));
+  EXPECT_EQ(Lvd({"convert", File, Bin, "--format", "pdf"}).Code, 2);
+
+  const QString Png = Dir.filePath(QStringLiteral("d.png"));
+  EXPECT_EQ(Lvd({"render", File, "-o", Png, "--size", "320x200", "--margin", "5"}).Code, 0);
+  QImage Img(Png);
+  EXPECT_EQ(Img.width(), 320);
+  bool Red = false;
+  for (int Y = 0; Y < Img.height() && !Red; ++Y)
+    for (int X = 0; X < Img.width() && !Red; ++X) Red = (Img.pixel(X, Y) & 0xFFFFFF) == 0xFF0000;
+  EXPECT_TRUE(Red);  // the line's colour 0xFF in the model is red
+  EXPECT_EQ(Lvd({"render", File, "-o", Png, "--size", "0x10"}).Code, 2);
+}
+
+TEST(DseLvd, FilesThatDoNotLoad) {
+  QTemporaryDir Dir;
+  const QString Bad = Dir.filePath(QStringLiteral("bad.lvd"));
+  QFile F(Bad);
+  ASSERT_TRUE(F.open(QIODevice::WriteOnly));
+  F.write("not a drawing");
+  F.close();
+  TResult R = Lvd({"info", Bad});
+  EXPECT_EQ(R.Code, 1);
+  EXPECT_EQ(R.Err, QStringLiteral("error: 非法矢量图流格式\n"));
+  R = Lvd({"info", Dir.filePath(QStringLiteral("none.lvd"))});
+  EXPECT_EQ(R.Code, 1);
+  EXPECT_TRUE(R.Err.contains(QStringLiteral("不存在")));
+  EXPECT_EQ(Lvd({"frob"}).Code, 2);
+  EXPECT_EQ(Lvd({}).Code, 2);
+}
