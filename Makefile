@@ -10,7 +10,9 @@ ifeq ($(CI),true)
 CMAKE_FLAGS += -DDSE_WERROR=ON
 endif
 
-.PHONY: deps configure build test test-sanitize run bench check-layering clean
+FUZZ_SECONDS ?= 60
+
+.PHONY: deps configure build test test-sanitize run bench fuzz check-layering clean
 
 deps:
 	bash scripts/install-deps.sh
@@ -40,5 +42,15 @@ bench: deps
 	cmake --build build-bench -j $(JOBS)
 	bash scripts/bench.sh build-bench
 
+# The loaders under libFuzzer with address and undefined-behaviour sanitizers.
+fuzz: deps
+	bash scripts/install-deps.sh --fuzz
+	CC=clang CXX=clang++ cmake -S . -B build-fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DDSE_FUZZ=ON \
+	  -DDSE_BUILD_TESTS=OFF -DDSE_BUILD_BENCH=OFF
+	cmake --build build-fuzz -j $(JOBS) --target fuzz_lvd_binary fuzz_lvd_xml
+	mkdir -p build-fuzz/corpus-bin build-fuzz/corpus-xml
+	LSAN_OPTIONS=suppressions=fuzz/lsan.supp build-fuzz/fuzz/fuzz_lvd_binary -max_total_time=$(FUZZ_SECONDS) -max_len=4096 build-fuzz/corpus-bin fuzz/seeds/bin
+	LSAN_OPTIONS=suppressions=fuzz/lsan.supp build-fuzz/fuzz/fuzz_lvd_xml -max_total_time=$(FUZZ_SECONDS) -max_len=4096 build-fuzz/corpus-xml fuzz/seeds/xml
+
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD) build-bench
+	rm -rf $(BUILD) $(ASAN_BUILD) build-bench build-fuzz

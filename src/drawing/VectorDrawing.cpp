@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 // ---- layers -----------------------------------------------------------------
 
@@ -200,17 +201,21 @@ int TVectorDrawing::IndexOfID(int AID) const {
   return -1;
 }
 
+// IDs read from a file may be anything: the counter saturates instead of overflowing.
+static int After(int AID) { return AID == std::numeric_limits<int>::max() ? AID : AID + 1; }
+
 void TVectorDrawing::RecalcMaxID() {
   int M = -1;
   for (const auto& I : FList) M = std::max(M, I->ID());
-  FMaxID = M + 1;
+  FMaxID = After(M);
 }
 
 int TVectorDrawing::Add(TVectorDrawingItem* AItem) {
   if (IndexOfID(AItem->ID()) == -1) {
-    if (AItem->ID() >= FMaxID) FMaxID = AItem->ID() + 1;
+    if (AItem->ID() >= FMaxID) FMaxID = After(AItem->ID());
   } else {
-    AItem->SetID(FMaxID++);
+    AItem->SetID(FMaxID);
+    FMaxID = After(FMaxID);
   }
   if (AItem->Owner() != this) AItem->SetOwner(this);
   if (!AItem->Layer() || FLayers->IndexOf(AItem->Layer()) < 0) AItem->SetLayerRaw(FLayers->Items(0));

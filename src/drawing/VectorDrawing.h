@@ -11,6 +11,7 @@
 
 #include <bitset>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -132,7 +133,7 @@ public:
   TVectorDrawingItem* Items(int AIndex) const { return FList[size_t(AIndex)].get(); }
   int IndexOf(const TVectorDrawingItem* AItem) const;
   int IndexOfID(int AID) const;
-  int GenID() { return ++FMaxID; }
+  int GenID() { return FMaxID < std::numeric_limits<int>::max() ? ++FMaxID : FMaxID; }
   int MaxID() const { return FMaxID; }
   void SetMaxID(int AValue) { FMaxID = AValue; }
   // 1 + the largest item ID, 0 without items.

@@ -2,6 +2,7 @@
 
 #include "VectorDrawing.h"
 
+#include <limits>
 #include <vector>
 
 namespace {
@@ -86,7 +87,7 @@ TVectorDrawingItem* TVectorDrawingItem::Clone(TVectorDrawing* AOwner) const {
     C->FID = AOwner->GenID();
   } else if (AOwner->IndexOfID(FID) < 0) {
     C->FID = FID;
-    if (AOwner->MaxID() <= FID) AOwner->SetMaxID(FID + 1);
+    if (AOwner->MaxID() <= FID) AOwner->SetMaxID(FID < std::numeric_limits<int>::max() ? FID + 1 : FID);
   } else {
     C->FID = AOwner->GenID();
   }

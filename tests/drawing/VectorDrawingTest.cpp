@@ -46,6 +46,12 @@ TEST(TVectorDrawing, AddKeepsOrRenumbersIDs) {
   EXPECT_EQ(D.MaxID(), 7);
   EXPECT_EQ(D.GenID(), 8);  // GenID increments first
   EXPECT_EQ(Added, (QList<int>{5, 6, 2}));
+  // an ID at the top of the range (as a damaged file may hold) saturates the counter
+  D.Add(new TVectorPoint(&D, std::numeric_limits<int>::max(), 0, {3, 3}, 4, psPoint));
+  EXPECT_EQ(D.MaxID(), std::numeric_limits<int>::max());
+  EXPECT_EQ(D.GenID(), std::numeric_limits<int>::max());
+  D.RecalcMaxID();
+  EXPECT_EQ(D.MaxID(), std::numeric_limits<int>::max());
   EXPECT_EQ(D.IndexOfID(6), 1);
   EXPECT_EQ(D.IndexOfID(99), -1);
   EXPECT_EQ(C->Layer(), D.Layers().Items(0));

@@ -1,0 +1,28 @@
+#pragma once
+// Feeds bytes to the drawing loader: any outcome but an EVDEError is a finding.
+#include "Classes.h"
+#include "VDIFormat.h"
+#include "VectorDrawing.h"
+
+#include <QGuiApplication>
+
+#include <cstdint>
+#include <cstdlib>
+
+inline void FuzzLoad(const QByteArray& ABytes) {
+  static QGuiApplication* App = [] {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    static int Argc = 1;
+    static char Name[] = "fuzz";
+    static char* Argv[] = {Name, nullptr};
+    return new QGuiApplication(Argc, Argv);
+  }();
+  (void)App;
+  TBytesStream S(ABytes);
+  TVectorDrawing D;
+  try {
+    D.LoadFromStream(S);
+  } catch (const EVDEError&) {
+  }
+  if (D.UpdateCount() != 0) std::abort();
+}
