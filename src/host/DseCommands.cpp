@@ -6,6 +6,7 @@ void RegisterAllCommands(TDseCommandLine& ACommands) {
   RegisterBarInfoCommands(ACommands);
   RegisterScriptCommands(ACommands);
   RegisterLvdCommands(ACommands);
+  RegisterLibraryCommands(ACommands);
 }
 
 int UsageError(TDseIO& AIO, const QString& ACommand, const QString& AMessage) {

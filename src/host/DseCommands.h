@@ -8,6 +8,7 @@ void RegisterUnitCommands(TDseCommandLine& ACommands);
 void RegisterBarInfoCommands(TDseCommandLine& ACommands);
 void RegisterScriptCommands(TDseCommandLine& ACommands);
 void RegisterLvdCommands(TDseCommandLine& ACommands);
+void RegisterLibraryCommands(TDseCommandLine& ACommands);
 
 // Fills the program's table once.
 void RegisterAllCommands(TDseCommandLine& ACommands);

@@ -1,0 +1,323 @@
+// dse init | list | show | export | import: the draw-set library from the command line,
+// through the same data servers and draw-set model the editor uses.
+
+#include "DemoLibrary.h"
+#include "DrawSet.h"
+#include "DrawSetConsts.h"
+#include "DrawSetLibrary.h"
+#include "DseCommands.h"
+#include "VDIText.h"
+#include "VectorDrawing.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <map>
+
+namespace {
+
+QString S(const char* AText) { return QString::fromUtf8(AText); }
+
+// Options common to the library commands; positional arguments in order.
+struct TLibArgs {
+  QStringList Positional;
+  int Region = 1;
+  bool Json = false, Force = false;
+  QString Name, Format;
+  int TypeID = -1;
+  bool HasType = false;
+};
+
+// Returns -1 when the arguments were good, else the exit code after the message.
+int ParseLibArgs(const QString& ACommand, const QStringList& AArgs, const QStringList& AAllowed, TLibArgs& AOut,
+                 TDseIO& AIO) {
+  for (int I = 0; I < AArgs.size(); ++I) {
+    const QString& A = AArgs[I];
+    if (!A.startsWith(QLatin1String("--")) || A == QLatin1String("--")) {
+      AOut.Positional << A;
+      continue;
+    }
+    if (!AAllowed.contains(A))
+      return UsageError(AIO, ACommand, S("unknown option '%1'").arg(A));
+    const bool TakesValue = A == QLatin1String("--region") || A == QLatin1String("--name") ||
+                            A == QLatin1String("--type") || A == QLatin1String("--format");
+    if (TakesValue && I + 1 >= AArgs.size())
+      return UsageError(AIO, ACommand, S("%1 needs a value").arg(A));
+    if (A == QLatin1String("--region")) {
+      if (!TryStrToInt(AArgs[++I], AOut.Region))
+        return UsageError(AIO, ACommand, S("--region takes a whole number"));
+      if (CalcRuleIDOfRegion(AOut.Region) < 0)
+        return UsageError(AIO, ACommand, S("区域代码 %1 没有对应的计算规则").arg(AOut.Region));
+    } else if (A == QLatin1String("--type")) {
+      if (!TryStrToInt(AArgs[++I], AOut.TypeID))
+        return UsageError(AIO, ACommand, S("--type takes a whole number"));
+      AOut.HasType = true;
+    } else if (A == QLatin1String("--name")) {
+      AOut.Name = Trim(AArgs[++I]);
+    } else if (A == QLatin1String("--format")) {
+      AOut.Format = AArgs[++I].toLower();
+      if (AOut.Format != QLatin1String("xml") && AOut.Format != QLatin1String("bin"))
+        return UsageError(AIO, ACommand, S("--format must be xml or bin"));
+    } else if (A == QLatin1String("--json")) {
+      AOut.Json = true;
+    } else if (A == QLatin1String("--force")) {
+      AOut.Force = true;
+    }
+  }
+  return -1;
+}
+
+// The three datasets of one open draw set, loaded as the editor loads them.
+struct TOpenDrawSet {
+  TClientDataSet SetDS, BarDS, ParamDS;
+  std::unique_ptr<TDrawSet> DrawSet;
+  TVectorDrawing Drawing;
+};
+
+bool OpenDrawSet(TDrawSetLibrary& ALib, int AID, TOpenDrawSet& AOut) {
+  AOut.SetDS.SetData(DataSvr::GetDrawSets(ALib));
+  AOut.BarDS.SetData(DataSvr::GetDrawSetBars(ALib, AID));
+  AOut.ParamDS.SetData(DataSvr::GetDrawSetParams(ALib, AID, CalcRuleID));
+  AOut.SetDS.SetFilter(S("(DrawSetID = %1)").arg(AID));
+  AOut.SetDS.SetFiltered(true);
+  AOut.SetDS.First();
+  if (AOut.SetDS.IsEmpty())
+    return false;
+  AOut.DrawSet = std::make_unique<TDrawSet>(nullptr, AID, AOut.SetDS.FieldByName(S("DrawSetName")).AsString(),
+                                            static_cast<int>(AOut.SetDS.FieldByName(S("DrawSetTypeID")).AsInteger()),
+                                            &AOut.SetDS, &AOut.BarDS, &AOut.ParamDS);
+  TBytesStream Blob;
+  AOut.DrawSet->GetVectorDrawing(Blob);
+  Blob.SetPosition(0);
+  if (Blob.GetSize() > 0)
+    AOut.Drawing.LoadFromStream(Blob);
+  return true;
+}
+
+std::map<int, QString> TypeNames(TDrawSetLibrary& ALib) {
+  std::map<int, QString> R;
+  for (const TPacketRow& Row : DataSvr::GetDrawSetTypes(ALib).Rows)
+    R[Row.Values[0].toInt()] = Row.Values[1].toString();
+  return R;
+}
+
+QString TextOfItem(const TVectorDrawing& D, int AID) {
+  const int I = D.IndexOfID(AID);
+  if (I < 0)
+    return QString();
+  const auto* T = dynamic_cast<const TVectorText*>(D.Items(I));
+  return T ? T->Text() : QString();
+}
+
+int Init(const QStringList& AArgs, TDseIO& AIO) {
+  TLibArgs A;
+  if (const int Rc = ParseLibArgs(S("init"), AArgs, {S("--force")}, A, AIO); Rc >= 0)
+    return Rc;
+  if (A.Positional.size() != 1)
+    return UsageError(AIO, S("init"), S("init takes one FILE"));
+  CreateDemoLibrary(A.Positional[0], A.Force);
+  auto Lib = TDrawSetLibrary::Open(A.Positional[0]);
+  AIO.Out << S("created %1: %2 draw sets, %3 bar pictures\n")
+                 .arg(A.Positional[0])
+                 .arg(DataSvr::GetDrawSets(*Lib).Rows.size())
+                 .arg(DataSvr::GetBarPics(*Lib).Rows.size());
+  return ecOk;
+}
+
+int List(const QStringList& AArgs, TDseIO& AIO) {
+  TLibArgs A;
+  if (const int Rc = ParseLibArgs(S("list"), AArgs, {S("--region")}, A, AIO); Rc >= 0)
+    return Rc;
+  if (A.Positional.size() != 1)
+    return UsageError(AIO, S("list"), S("list takes one FILE"));
+  SetRegionSettings(A.Region);
+  auto Lib = TDrawSetLibrary::Open(A.Positional[0]);
+  const auto Types = TypeNames(*Lib);
+  const TDataPacket Sets = DataSvr::GetDrawSets(*Lib);
+  // by type, in the types' order, then draw sets without a known type
+  std::vector<std::pair<int, QString>> Order;
+  for (const TPacketRow& Row : DataSvr::GetDrawSetTypes(*Lib).Rows)
+    Order.push_back({Row.Values[0].toInt(), Row.Values[1].toString()});
+  Order.push_back({INT_MIN, S("(无类型)")});
+  AIO.Out << "ID\tTYPE\tNAME\tBARS\tPARAMS\n";
+  for (const auto& [TypeID, TypeName] : Order)
+    for (int R = 0; R < Sets.Rows.size(); ++R) {
+      const int T = Sets.Value(R, S("DrawSetTypeID")).isNull() ? -1 : Sets.Value(R, S("DrawSetTypeID")).toInt();
+      const bool Mine = TypeID == INT_MIN ? Types.count(T) == 0 : T == TypeID;
+      if (!Mine)
+        continue;
+      const int ID = Sets.Value(R, S("DrawSetID")).toInt();
+      AIO.Out << ID << '\t' << TypeName << '\t' << Sets.Value(R, S("DrawSetName")).toString() << '\t'
+              << DataSvr::GetDrawSetBars(*Lib, ID).Rows.size() << '\t'
+              << DataSvr::GetDrawSetParams(*Lib, ID, CalcRuleID).Rows.size() << '\n';
+    }
+  return ecOk;
+}
+
+int Show(const QStringList& AArgs, TDseIO& AIO) {
+  TLibArgs A;
+  if (const int Rc = ParseLibArgs(S("show"), AArgs, {S("--region"), S("--json")}, A, AIO); Rc >= 0)
+    return Rc;
+  int ID;
+  if (A.Positional.size() != 2 || !TryStrToInt(A.Positional[1], ID))
+    return UsageError(AIO, S("show"), S("show takes FILE and a draw-set ID"));
+  SetRegionSettings(A.Region);
+  auto Lib = TDrawSetLibrary::Open(A.Positional[0]);
+  TOpenDrawSet Open;
+  if (!OpenDrawSet(*Lib, ID, Open)) {
+    AIO.Err << S("error: 图集 %1 不存在\n").arg(ID);
+    return ecFailed;
+  }
+  TDrawSet& DS = *Open.DrawSet;
+  const auto Types = TypeNames(*Lib);
+  const QString TypeName = Types.count(DS.TypeID()) ? Types.at(DS.TypeID()) : S("(无类型)");
+  QJsonArray Bars, Params;
+  for (int I = 0; I < DS.Bars().Count(); ++I) {
+    TDrawSetBar* B = DS.Bars().GetItems(I);
+    const QString Info = B->BarInfoVDID() >= 0 ? TextOfItem(Open.Drawing, B->BarInfoVDID()) : B->BarInfo();
+    Bars.append(QJsonObject{{S("barId"), B->BarID()},       {S("barNum"), B->BarNum()},
+                            {S("barPicId"), B->BarPicID()}, {S("items"), B->BarVDID()},
+                            {S("infoItem"), B->BarInfoVDID()}, {S("barInfo"), Info},
+                            {S("orderNum"), B->OrderNum()}, {S("remark"), B->BarRemark()},
+                            {S("script"), B->CalcProgram()}});
+  }
+  for (int I = 0; I < DS.Params().Count(); ++I) {
+    TDrawSetParam* P = DS.Params().GetItems(I);
+    Params.append(QJsonObject{{S("paramId"), P->ParamID()},   {S("code"), P->ParamCode()},
+                              {S("item"), P->ParamVDID()},     {S("value"), P->ParamVal()},
+                              {S("unit"), P->Unit()},          {S("dataType"), P->DataType()},
+                              {S("validateExpr"), P->ValidateExpr()}, {S("invalidMsg"), P->InvalidMsg()},
+                              {S("orderNum"), P->OrderNum()}});
+  }
+  if (A.Json) {
+    const QJsonObject O{{S("id"), DS.ID()},        {S("name"), DS.Name()},         {S("typeId"), DS.TypeID()},
+                        {S("type"), TypeName},     {S("region"), RegionCode},      {S("calcRuleId"), CalcRuleID},
+                        {S("items"), Open.Drawing.Count()}, {S("bars"), Bars}, {S("params"), Params}};
+    AIO.Out << QString::fromUtf8(QJsonDocument(O).toJson(QJsonDocument::Indented));
+    return ecOk;
+  }
+  AIO.Out << S("图集 %1：%2\n类型：%3\n图形对象：%4\n").arg(DS.ID()).arg(DS.Name(), TypeName).arg(Open.Drawing.Count());
+  AIO.Out << S("\n钢筋（%1）\n").arg(Bars.size());
+  for (const QJsonValue& V : Bars) {
+    const QJsonObject B = V.toObject();
+    AIO.Out << S("  [%1] %2  图号 %3  钢筋信息 %4  图形 %5%6\n")
+                   .arg(B[S("barId")].toInt())
+                   .arg(B[S("barNum")].toString())
+                   .arg(B[S("barPicId")].toInt())
+                   .arg(B[S("barInfo")].toString(), B[S("items")].toString(),
+                        B[S("remark")].toString().isEmpty() ? QString() : S("  备注 ") + B[S("remark")].toString());
+    for (const QString& Line : B[S("script")].toString().split(u'\n'))
+      AIO.Out << "      " << Line << '\n';
+  }
+  AIO.Out << S("\n变量（%1）\n").arg(Params.size());
+  for (const QJsonValue& V : Params) {
+    const QJsonObject P = V.toObject();
+    AIO.Out << S("  [%1] %2 = %3 %4  图形 %5").arg(P[S("paramId")].toInt()).arg(P[S("code")].toString(),
+                                                                             P[S("value")].toString(),
+                                                                             P[S("unit")].toString())
+                   .arg(P[S("item")].toInt());
+    if (!P[S("validateExpr")].toString().isEmpty())
+      AIO.Out << S("  校验 %1（%2）").arg(P[S("validateExpr")].toString(), P[S("invalidMsg")].toString());
+    AIO.Out << '\n';
+  }
+  return ecOk;
+}
+
+int Export(const QStringList& AArgs, TDseIO& AIO) {
+  TLibArgs A;
+  if (const int Rc = ParseLibArgs(S("export"), AArgs, {S("--region"), S("--format")}, A, AIO); Rc >= 0)
+    return Rc;
+  int ID;
+  if (A.Positional.size() != 3 || !TryStrToInt(A.Positional[1], ID))
+    return UsageError(AIO, S("export"), S("export takes FILE, a draw-set ID and OUT.lvd"));
+  SetRegionSettings(A.Region);
+  auto Lib = TDrawSetLibrary::Open(A.Positional[0]);
+  TOpenDrawSet Open;
+  if (!OpenDrawSet(*Lib, ID, Open)) {
+    AIO.Err << S("error: 图集 %1 不存在\n").arg(ID);
+    return ecFailed;
+  }
+  if (!Open.Drawing.SaveToFile(A.Positional[2], A.Format == QLatin1String("bin") ? sfBin : sfXML)) {
+    AIO.Err << S("error: 无法写入 %1\n").arg(A.Positional[2]);
+    return ecFailed;
+  }
+  AIO.Out << S("exported draw set %1 (%2 items) to %3\n").arg(ID).arg(Open.Drawing.Count()).arg(A.Positional[2]);
+  return ecOk;
+}
+
+int Import(const QStringList& AArgs, TDseIO& AIO) {
+  TLibArgs A;
+  if (const int Rc = ParseLibArgs(S("import"), AArgs, {S("--region"), S("--name"), S("--type")}, A, AIO); Rc >= 0)
+    return Rc;
+  if (A.Positional.size() != 2)
+    return UsageError(AIO, S("import"), S("import takes FILE and IN.lvd"));
+  if (A.Name.isEmpty())
+    return UsageError(AIO, S("import"), S("--name NAME is required and must not be blank"));
+  SetRegionSettings(A.Region);
+  TVectorDrawing Drawing;
+  Drawing.LoadFromFile(A.Positional[1]);
+  auto Lib = TDrawSetLibrary::Open(A.Positional[0]);
+  if (A.HasType && A.TypeID != -1 && TypeNames(*Lib).count(A.TypeID) == 0) {
+    AIO.Err << S("error: 图集类型 %1 不存在\n").arg(A.TypeID);
+    return ecFailed;
+  }
+  TClientDataSet SetDS, BarDS, ParamDS;
+  SetDS.SetData(DataSvr::GetDrawSets(*Lib));
+  BarDS.SetData(DataSvr::GetDrawSetBars(*Lib, -1));
+  ParamDS.SetData(DataSvr::GetDrawSetParams(*Lib, -1, CalcRuleID));
+  TDrawSets Sets(&SetDS, &BarDS, &ParamDS);
+  TDrawSet* New = Sets.Add(Sets.MaxID() + 1, A.Name, A.TypeID, true);
+  TBytesStream Blob;
+  if (!Drawing.SaveToStream(Blob, sfXML)) {
+    AIO.Err << S("error: 图形无法保存\n");
+    return ecFailed;
+  }
+  Blob.SetPosition(0);
+  New->SetVectorDrawing(Blob);
+  if (!ApplyChanges(*Lib, SetDS, BarDS, ParamDS, CalcRuleID))
+    return ecFailed;
+  AIO.Out << S("imported %1 as draw set %2 (%3 items)\n").arg(A.Positional[1]).arg(New->ID()).arg(Drawing.Count());
+  return ecOk;
+}
+
+int Guarded(int (*ARun)(const QStringList&, TDseIO&), const QStringList& AArgs, TDseIO& AIO) {
+  try {
+    return ARun(AArgs, AIO);
+  } catch (const Exception& X) {
+    AIO.Err << "error: " << X.Message() << '\n';
+    return ecFailed;
+  }
+}
+
+const char* const kRegionHelp =
+    "  --region N   region code (default 1): selects the script, drawing and notation columns\n"
+    "               and the params' calculation rule\n";
+
+}  // namespace
+
+void RegisterLibraryCommands(TDseCommandLine& ACommands) {
+  ACommands.Register({S("init"), S("create a draw-set library with demo content"),
+                      S("Usage: dse init FILE [--force]\n\n"
+                        "Creates an SQLite draw-set library with six node details, a bar picture catalogue\n"
+                        "and dictionaries. An existing FILE is replaced only with --force; the file appears\n"
+                        "only when complete.\n"),
+                      [](const QStringList& A, TDseIO& IO) { return Guarded(Init, A, IO); }});
+  ACommands.Register({S("list"), S("list the draw sets of a library by type"),
+                      S("Usage: dse list FILE [--region N]\n\nPrints ID, TYPE, NAME, BARS, PARAMS, tab-separated.\n") +
+                          S(kRegionHelp),
+                      [](const QStringList& A, TDseIO& IO) { return Guarded(List, A, IO); }});
+  ACommands.Register({S("show"), S("show one draw set with its bars, params and scripts"),
+                      S("Usage: dse show FILE ID [--json] [--region N]\n\n") + S(kRegionHelp),
+                      [](const QStringList& A, TDseIO& IO) { return Guarded(Show, A, IO); }});
+  ACommands.Register({S("export"), S("write a draw set's drawing to a drawing file"),
+                      S("Usage: dse export FILE ID OUT.lvd [--format xml|bin] [--region N]\n\n"
+                        "Writes the drawing only (XML form unless --format bin).\n") +
+                          S(kRegionHelp),
+                      [](const QStringList& A, TDseIO& IO) { return Guarded(Export, A, IO); }});
+  ACommands.Register({S("import"), S("add a drawing file to a library as a new draw set"),
+                      S("Usage: dse import FILE IN.lvd --name NAME [--type ID] [--region N]\n\n"
+                        "Adds the drawing only, as a new draw set without bars or params.\n") +
+                          S(kRegionHelp),
+                      [](const QStringList& A, TDseIO& IO) { return Guarded(Import, A, IO); }});
+}
