@@ -178,7 +178,7 @@ TDemoDrawSet TopEndJoint() {
   const int TopInfo = D.Text(S("4C22"), {-1000, 780}, 80, kYellow);
   const int Bot = D.Bar({{-1750, 40}, {150, 40}, {150, 380}}, 0);
   const int Col = D.Bar({{-210, -1550}, {-210, 660}, {80, 660}}, 0);
-  const int ColInfo = D.Text(S("C25"), {-450, -800}, 80, kYellow);
+  const int ColInfo = D.Text(S("2C25"), {-450, -800}, 80, kYellow);
   TDemoDrawSet R{S("框架顶层端节点"), 1, {}, {}, {}};
   R.Params = {Param(D, "hc", "500", {0, -1750}, "mm", "hc>=300", "柱截面宽度不得小于300"),
               Param(D, "hb", "700", {-1950, 350}, "mm"),
@@ -216,9 +216,9 @@ TDemoDrawSet SlabEdge() {
   QVector<int> DistItems(Dots.begin(), Dots.end());
   R.Bars = {
       {S("支座负筋"), 536, {TopBar}, TopInfo, QString(),
-       S("l1=ln/4+bw-c\nl2=h-2*c\ncd=l1+l2\ncnt=ln/jj+1\nmainend"), S("伸入板内ln/4")},
-      {S("板底筋"), 1, {BotBar}, BotInfo, QString(), S("l=ln+bw-c\ncd=l\ncnt=ln/jj+1\nmainend"), QString()},
-      {S("分布筋"), 1, DistItems, -1, S("A6@250"), S("l=ln\ncd=l\ncnt=(ln/4)/jj+1\nmainend"), S("负筋下方")}};
+       S("l1=ln/4+bw-c\nl2=h-2*c\ncd=l1+l2\ncnt=ceil(ln/jj)+1\nmainend"), S("伸入板内ln/4")},
+      {S("板底筋"), 1, {BotBar}, BotInfo, QString(), S("l=ln+bw-c\ncd=l\ncnt=ceil(ln/jj)+1\nmainend"), QString()},
+      {S("分布筋"), 1, DistItems, -1, S("A6@250"), S("l=ln\ncd=l\ncnt=ceil(ln/4/jj)+1\nmainend"), S("负筋下方")}};
   R.Drawing = D.Xml();
   return R;
 }
@@ -243,7 +243,7 @@ TDemoDrawSet PadFooting() {
               Param(D, "c", "40", {-1450, 50}, "mm", "c>=40", "基础保护层不得小于40")};
   R.Bars = {
       {S("底板钢筋网"), 1, {MeshX}, MeshInfo, QString(),
-       S("int n\nl=b-2*c\nif b>=2500\nl=0.9*b\nendif\ncd=l\nn=(b-2*75)/jj+1\ncnt=2*n\nmainend"),
+       S("single n\nl=b-2*c\nif b>=2500\nl=0.9*b\nendif\ncd=l\nn=ceil((b-2*75)/jj)+1\ncnt=2*n\nmainend"),
        S("两个方向")},
       {S("柱插筋"), 601, {ColL, ColR}, ColInfo, QString(),
        S("l1=hj-c+1200\nl2=6*zj\nif l2<150\nl2=150\nendif\ncd=l1+l2\ncnt=8\nmainend"), S("底部弯折")},
@@ -267,9 +267,9 @@ TDemoDrawSet StripFooting() {
   R.Params = {Param(D, "b", "1800", {0, -400}, "mm", "b>=600", "基础宽度不得小于600"),
               Param(D, "l", "6000", {1200, 500}, "mm", "l>0", "基础长度必须大于0"),
               Param(D, "c", "40", {-1150, 50}, "mm")};
-  R.Bars = {{S("受力筋"), 64, {Main}, MainInfo, QString(), S("cd=b-2*c+2*6.25*zj\ncnt=l/jj+1\nmainend"), QString()},
+  R.Bars = {{S("受力筋"), 64, {Main}, MainInfo, QString(), S("cd=b-2*c+2*6.25*zj\ncnt=ceil(l/jj)+1\nmainend"), QString()},
             {S("分布筋"), 1, QVector<int>(Dist.begin(), Dist.end()), -1, S("A8@250"),
-             S("cd=l-2*c\ncnt=(b-2*c)/jj+1\nmainend"), S("沿基础长向")}};
+             S("cd=l-2*c\ncnt=ceil((b-2*c)/jj)+1\nmainend"), S("沿基础长向")}};
   R.Drawing = D.Xml();
   return R;
 }
@@ -302,13 +302,13 @@ TDemoDrawSet Stair() {
               Param(D, "bw", "1200", {2300, 500}, "mm")};
   R.Bars = {
       {S("梯板下部纵筋"), 705, {Bottom}, BottomInfo, QString(),
-       S("single k\nk=sqrt(bs*bs+hs*hs)/bs\nl=n*bs*k+2*5*zj\nif l<1000\nl=1000\nendif\ncd=l\ncnt=bw/jj+1\nmainend"),
+       S("single k\nk=sqrt(bs*bs+hs*hs)/bs\nl1=n*bs*k\nif l1<1000\nl1=1000\nendif\nl2=5*zj\ncd=l1+2*l2\ncnt=ceil(bw/jj)+1\nmainend"),
        S("斜长系数k")},
       {S("梯板上部纵筋"), 536, {TopL, TopR}, TopInfo, QString(),
-       S("single k\nk=sqrt(bs*bs+hs*hs)/bs\nl1=n*bs*k/4\nl2=15*zj\ncd=l1+l2\ncnt=2*(bw/jj+1)\nmainend"),
+       S("single k\nk=sqrt(bs*bs+hs*hs)/bs\nl1=n*bs*k/4\nl2=15*zj\ncd=l1+l2\ncnt=2*(ceil(bw/jj)+1)\nmainend"),
        S("两端各一根")},
       {S("梯板分布筋"), 1, {}, -1, S("A8@250"),
-       S("int i\ncnt=0\nfrom 1 to n\ncnt=cnt+1\nendfrom\ncd=bw-2*15\nmainend"), S("每踏步一根")}};
+       S("int i\ncnt=0\ni=0\ndo i<n\ncnt=cnt+1\ni=i+1\nloop\ncd=bw-2*15\nmainend"), S("每踏步一根")}};
   R.Drawing = D.Xml();
   return R;
 }

@@ -1,0 +1,324 @@
+#include "DemoLibrary.h"
+#include "Dialogs.h"
+#include "DrawSet.h"
+#include "DrawSetConsts.h"
+#include "DrawSetLibrary.h"
+#include "Interpreter.h"
+#include "MZTBarInfo.h"
+#include "MZTBarInfoConst.h"
+#include "VDIText.h"
+#include "VectorDrawing.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QString S(const char* AText) { return QString::fromUtf8(AText); }
+
+// One editing client: the three datasets of one draw set, loaded as the editor does.
+struct TClient {
+  TClientDataSet SetDS, BarDS, ParamDS;
+  std::unique_ptr<TDrawSet> DS;
+  std::shared_ptr<TDrawSetLibrary> Lib;
+
+  TClient(const QString& AFile, int AID) : Lib(TDrawSetLibrary::Open(AFile)) {
+    SetDS.SetData(DataSvr::GetDrawSets(*Lib));
+    BarDS.SetData(DataSvr::GetDrawSetBars(*Lib, AID));
+    ParamDS.SetData(DataSvr::GetDrawSetParams(*Lib, AID, CalcRuleID));
+    SetDS.SetFilter(S("(DrawSetID = %1)").arg(AID));
+    SetDS.SetFiltered(true);
+    SetDS.First();
+    DS = std::make_unique<TDrawSet>(nullptr, AID, SetDS.FieldByName(S("DrawSetName")).AsString(),
+                                    int(SetDS.FieldByName(S("DrawSetTypeID")).AsInteger()), &SetDS, &BarDS,
+                                    &ParamDS);
+  }
+  bool Save(QStringList* ABoxes = nullptr) {
+    TDialogScope Boxes;
+    const bool Ok = ApplyChanges(*Lib, SetDS, BarDS, ParamDS, CalcRuleID);
+    if (ABoxes)
+      *ABoxes = Boxes->Lines();
+    return Ok;
+  }
+};
+
+// Every row of every table, as text: equal dumps mean an unchanged file.
+QString Dump(const QString& AFile) {
+  TSqliteDb Db(AFile, false);
+  QString Out;
+  const TDataPacket Tables = Db.Query(S("SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY name"));
+  for (const TPacketRow& T : Tables.Rows) {
+    const TDataPacket Rows = Db.Query(S("SELECT * FROM %1").arg(T.Values[0].toString()));
+    for (const TPacketRow& R : Rows.Rows) {
+      Out += T.Values[0].toString();
+      for (const QVariant& V : R.Values)
+        Out += u'|' + (V.typeId() == QMetaType::QByteArray ? QString::number(qHash(V.toByteArray())) : V.toString());
+      Out += u'\n';
+    }
+  }
+  return Out;
+}
+
+class DrawSetLibraryTest : public testing::Test {
+protected:
+  void SetUp() override {
+    SetRegionSettings(1);
+    ASSERT_TRUE(Dir.isValid());
+    File = Dir.filePath(S("lib.db"));
+    CreateDemoLibrary(File, false);
+  }
+  QTemporaryDir Dir;
+  QString File;
+};
+
+}  // namespace
+
+TEST_F(DrawSetLibraryTest, SaveAndReloadThroughTheModel) {
+  {
+    TClient A(File, 2);
+    TDrawSetBar* Bar = A.DS->Bars().GetItems(0);
+    Bar->SetBarNum(S("负筋"));
+    Bar->SetCalcProgram(S("cd=1\nmainend"));
+    A.DS->Bars().Add(2, A.DS->Bars().GetMaxBarID(2) + 1, 1, S("新钢筋"), S("3,4"), -1, S(""), S(""), true);
+    TDrawSetParam* P = A.DS->Params().GetItems(0);
+    P->SetParamVal(S("150"));
+    A.DS->Params().DeleteByID(2, 3, true);
+    A.DS->SetName(S("板边支座（改）"));
+    TBytesStream Blob(QByteArray("<?xml version=\"1.0\"?><x/>"));
+    A.DS->SetVectorDrawing(Blob);
+    ASSERT_TRUE(A.Save());
+    EXPECT_FALSE(A.DS->Modified());
+  }
+  TClient B(File, 2);
+  EXPECT_EQ(B.DS->Name(), S("板边支座（改）"));
+  ASSERT_EQ(B.DS->Bars().Count(), 4);
+  EXPECT_EQ(B.DS->Bars().GetItems(0)->BarNum(), S("负筋"));
+  EXPECT_EQ(B.DS->Bars().GetItems(0)->CalcProgram(), S("cd=1\nmainend"));
+  EXPECT_EQ(B.DS->Bars().GetItems(3)->BarVDID(), S("3,4"));
+  EXPECT_EQ(B.DS->Params().Count(), 3);
+  EXPECT_EQ(B.DS->Params().GetItems(0)->ParamVal(), S("150"));  // written as SetParamVal, read back as ParamVal
+  TBytesStream Out;
+  B.DS->GetVectorDrawing(Out);
+  EXPECT_EQ(Out.Bytes(), QByteArray("<?xml version=\"1.0\"?><x/>"));
+  // the other regions' columns were not touched
+  TSqliteDb Db(File, false);
+  EXPECT_NE(Db.Scalar(S("SELECT CalcProgram_Bs FROM DrawSetBars WHERE DrawSetID = 2 AND BarID = 0")).toString(),
+            S("cd=1\nmainend"));
+}
+
+TEST_F(DrawSetLibraryTest, ConflictingSavesAreRefusedWithNothingWritten) {
+  TClient A(File, 0), B(File, 0);
+  A.DS->Bars().GetItems(0)->SetBarRemark(S("A 改"));
+  ASSERT_TRUE(A.Save());
+  const QString Before = Dump(File);
+
+  // B edits the same bar and a param; the bar's row changed since B read it
+  B.DS->Params().GetItems(0)->SetUnit(S("cm"));
+  B.DS->Bars().GetItems(0)->SetBarNum(S("B 改"));
+  QStringList Boxes;
+  EXPECT_FALSE(B.Save(&Boxes));
+  ASSERT_EQ(Boxes.size(), 1);
+  EXPECT_TRUE(Boxes[0].startsWith(S("[错误] 保存失败：图集 0 的钢筋 0已被其他用户修改"))) << Boxes[0].toStdString();
+  EXPECT_EQ(Dump(File), Before);
+  EXPECT_EQ(B.BarDS.ChangeCount(), 1);  // the logs stay for another try
+  EXPECT_EQ(B.ParamDS.ChangeCount(), 1);
+
+  const struct {
+    const char* Name;
+    std::function<void(TClient&)> First, Second;
+    const char* Message;
+  } Cases[] = {
+      {"edit of a deleted row", [](TClient& C) { C.DS->Bars().DeleteByID(0, 1, true); },
+       [](TClient& C) { C.DS->Bars().GetItems(1)->SetBarPicID(2); }, "图集 0 的钢筋 1已被其他用户删除"},
+      {"delete of an edited row", [](TClient& C) { C.DS->Params().GetItems(2)->SetUnit(S("m")); },
+       [](TClient& C) { C.DS->Params().DeleteByID(0, 2, true); }, "图集 0 的变量 2已被其他用户修改"},
+      {"two inserts of one key",
+       [](TClient& C) { C.DS->Bars().Add(0, 9, 1, S("x"), S(""), -1, S(""), S(""), true); },
+       [](TClient& C) { C.DS->Bars().Add(0, 9, 1, S("y"), S(""), -1, S(""), S(""), true); },
+       "图集 0 的钢筋 9已被其他用户添加"},
+      {"draw-set row", [](TClient& C) { C.DS->SetName(S("甲")); }, [](TClient& C) { C.DS->SetTypeID(2); },
+       "图集 0已被其他用户修改"},
+  };
+  for (const auto& C : Cases) {
+    SCOPED_TRACE(C.Name);
+    TClient First(File, 0), Second(File, 0);
+    C.First(First);
+    ASSERT_TRUE(First.Save());
+    const QString Saved = Dump(File);
+    C.Second(Second);
+    EXPECT_FALSE(Second.Save(&Boxes));
+    ASSERT_EQ(Boxes.size(), 1);
+    EXPECT_TRUE(Boxes[0].contains(S(C.Message))) << Boxes[0].toStdString();
+    EXPECT_EQ(Dump(File), Saved);
+  }
+}
+
+TEST_F(DrawSetLibraryTest, AFailingStatementLeavesTheFileUnchanged) {
+  TClient A(File, 3);
+  const QString Before = Dump(File);
+  A.DS->Bars().GetItems(0)->SetBarNum(S("先改的"));
+  A.DS->Params().GetItems(0)->SetParamVal(S("3000"));
+  A.DS->Bars().Add(3, 7, 1, QString(41, u'长'), S(""), -1, S(""), S(""), true);  // breaks the name check
+  QStringList Boxes;
+  EXPECT_FALSE(A.Save(&Boxes));
+  ASSERT_EQ(Boxes.size(), 1);
+  EXPECT_TRUE(Boxes[0].startsWith(S("[错误] 保存失败，本次保存没有写入任何数据："))) << Boxes[0].toStdString();
+  EXPECT_EQ(Dump(File), Before);
+  // fixing the row lets the same log through
+  A.DS->Bars().GetItems(A.DS->Bars().Count() - 1)->SetBarNum(S("短名"));
+  EXPECT_TRUE(A.Save());
+  TClient B(File, 3);
+  EXPECT_EQ(B.DS->Bars().GetItems(0)->BarNum(), S("先改的"));
+  EXPECT_EQ(B.DS->Params().GetItems(0)->ParamVal(), S("3000"));
+}
+
+TEST_F(DrawSetLibraryTest, DeletingADrawSetTakesItsRowsAlong) {
+  TClientDataSet SetDS, BarDS, ParamDS;
+  auto Lib = TDrawSetLibrary::Open(File);
+  SetDS.SetData(DataSvr::GetDrawSets(*Lib));
+  TDrawSets Sets(&SetDS, &BarDS, &ParamDS);
+  Sets.DeleteByID(4, true);
+  ASSERT_TRUE(ApplyChanges(*Lib, SetDS, BarDS, ParamDS, CalcRuleID));
+  EXPECT_EQ(DataSvr::GetDrawSets(*Lib).Rows.size(), 5);
+  EXPECT_TRUE(DataSvr::GetDrawSetBars(*Lib, 4).Rows.isEmpty());
+  EXPECT_TRUE(DataSvr::GetDrawSetParams(*Lib, 4, 8).Rows.isEmpty());
+  EXPECT_FALSE(DataSvr::GetDrawSetBars(*Lib, 4).IsNull());  // typed even when empty
+}
+
+TEST_F(DrawSetLibraryTest, OpenRefusesWhatIsNotALibrary) {
+  const QString Junk = Dir.filePath(S("junk.db"));
+  QFile F(Junk);
+  ASSERT_TRUE(F.open(QIODevice::WriteOnly));
+  F.write(QByteArray(4096, 'x'));
+  F.close();
+  const QString Other = Dir.filePath(S("other.db"));
+  TSqliteDb(Other, true).Exec(S("CREATE TABLE t (a)"));
+  const struct {
+    QString File;
+    const char* Message;
+  } Cases[] = {{Dir.filePath(S("none.db")), "图集库文件不存在"}, {Junk, "不是图集库文件"}, {Other, "不是图集库文件"}};
+  for (const auto& C : Cases) {
+    try {
+      TDrawSetLibrary::Open(C.File);
+      ADD_FAILURE() << C.Message;
+    } catch (const EDatabaseError& E) {
+      EXPECT_TRUE(E.Message().startsWith(S(C.Message))) << E.Message().toStdString();
+    }
+  }
+  EXPECT_THROW(CreateDemoLibrary(File, false), Exception);
+  EXPECT_THROW(CreateDemoLibrary(Dir.filePath(S("no/such/dir.db")), false), Exception);
+  EXPECT_FALSE(QFile::exists(File + S(".init-tmp")));
+}
+
+TEST_F(DrawSetLibraryTest, DemoCatalogueCoversTheChooserPages) {
+  auto Lib = TDrawSetLibrary::Open(File);
+  const TDataPacket Pics = DataSvr::GetBarPics(*Lib);
+  EXPECT_GE(Pics.Rows.size(), 30);
+  QSet<int> Ids, CustomTypes;
+  for (int R = 0; R < Pics.Rows.size(); ++R) {
+    const int ID = Pics.Value(R, S("BarPicID")).toInt();
+    Ids << ID;
+    TVectorDrawing D;
+    TBytesStream Blob(Pics.Value(R, S("VectorDrawing")).toByteArray());
+    ASSERT_TRUE(D.LoadFromStream(Blob)) << ID;
+    // every picture param names a text item of the picture
+    for (const TPacketRow& P : DataSvr::GetBarPicParams(*Lib, ID).Rows)
+      EXPECT_NE(D.IndexOfID(P.Values[5].toInt()), -1) << ID;
+    if (ID > 10000)
+      CustomTypes << Pics.Value(R, S("BarPicTypeID")).toInt();
+  }
+  for (int ID : {1, 601, 946, 536, 64, 132, 544, 833, 523, 705, 486, 947, 949, 903, 944, 945, 948, 356})
+    EXPECT_TRUE(Ids.contains(ID)) << ID;
+  EXPECT_EQ(CustomTypes.size(), DataSvr::GetCustomBarPicTypes(*Lib).Rows.size());
+  EXPECT_EQ(DataSvr::GetMaxBarPicID(*Lib), 10004);
+  EXPECT_EQ(DataSvr::GetBendTypes(*Lib).Rows.size(), 5);
+  EXPECT_EQ(DataSvr::GetHookTypes(*Lib).Rows.size(), 3);
+  EXPECT_FALSE(DataSvr::GetBarClasses(*Lib).Rows.isEmpty());
+  EXPECT_FALSE(Lib->CommonBarPics().isEmpty());
+  EXPECT_TRUE(Lib->DiamDictJson(S("metric")).contains("\"diameter\""));
+}
+
+// Each demo draw set must hold together: items exist, notations parse, param texts
+// show their values, and every script runs as the debugger would run it.
+TEST_F(DrawSetLibraryTest, DemoDrawSetsAreConsistentAndTheirScriptsRun) {
+  SetBarStandardCode(1);
+  auto Lib = TDrawSetLibrary::Open(File);
+  const TDataPacket Sets = DataSvr::GetDrawSets(*Lib);
+  ASSERT_EQ(Sets.Rows.size(), 6);
+  for (int R = 0; R < Sets.Rows.size(); ++R) {
+    const int ID = Sets.Value(R, S("DrawSetID")).toInt();
+    SCOPED_TRACE(ID);
+    TClient C(File, ID);
+    TVectorDrawing D;
+    TBytesStream Blob;
+    C.DS->GetVectorDrawing(Blob);
+    Blob.SetPosition(0);
+    ASSERT_TRUE(D.LoadFromStream(Blob));
+    ASSERT_GT(C.DS->Bars().Count(), 0);
+    ASSERT_GT(C.DS->Params().Count(), 0);
+    QStringList ParamCodes;
+    for (int I = 0; I < C.DS->Params().Count(); ++I) {
+      TDrawSetParam* P = C.DS->Params().GetItems(I);
+      const auto* T = dynamic_cast<TVectorText*>(D.Items(D.IndexOfID(P->ParamVDID())));
+      ASSERT_NE(T, nullptr) << P->ParamCode().toStdString();
+      EXPECT_EQ(T->Text(), P->ParamVal());
+      ParamCodes << P->ParamCode();
+      QString Err;
+      EXPECT_TRUE(C.DS->Params().IsValidParamCode(P->ParamCode(), Err, P->ParamID())) << Err.toStdString();
+    }
+    for (int I = 0; I < C.DS->Bars().Count(); ++I) {
+      TDrawSetBar* B = C.DS->Bars().GetItems(I);
+      SCOPED_TRACE(B->BarNum().toStdString());
+      for (int K = 0; K < B->VDIDCount(); ++K)
+        EXPECT_NE(D.IndexOfID(B->GetVDIDByIndex(K)), -1);
+      QString Info = B->BarInfo();
+      if (B->BarInfoVDID() >= 0) {
+        const auto* T = dynamic_cast<TVectorText*>(D.Items(D.IndexOfID(B->BarInfoVDID())));
+        ASSERT_NE(T, nullptr);
+        Info = T->Text();
+      }
+      TDrawSetBarInfo Parsed;
+      Parsed.SetAsString(Info);
+      ASSERT_FALSE(Parsed.IsNull());
+      const double Spacing = Parsed.Space2() > 0 ? Parsed.Space2() : Parsed.Space1();
+
+      TInterpreter Run;
+      for (int P = 0; P < C.DS->Params().Count(); ++P)
+        Run.AddGlobalVar(C.DS->Params().GetItems(P)->ParamCode().toLower(), C.DS->Params().GetItems(P)->ParamVal());
+      const QVector<QPair<QString, QString>> Fixed = {
+          {S("gjth"), QString::number(B->BarPicID())}, {S("dj"), S("0")},   {S("cd"), S("0")},
+          {S("ishoop"), S("0")},  {S("gjlx"), S("1")}, {S("djlx"), S("1")}, {S("cnt"), S("0")},
+          {S("jb"), S("1")},      {S("zj"), FloatToStr(Parsed.Diameter())},
+          {S("jj"), QString::number(Spacing > 0 ? Spacing : 0)},        {S("jm"), S("0")}};
+      for (const auto& [Name, Value] : Fixed)
+        Run.AddGlobalVar(Name, Value);
+      for (const TPacketRow& P : DataSvr::GetBarPicParams(*Lib, B->BarPicID()).Rows)
+        Run.AddGlobalVar(P.Values[1].toString().toLower(), S("0"));
+      TDialogScope Boxes;
+      Run.SetProgramme(B->CalcProgram());
+      try {
+        EXPECT_TRUE(Run.Execute()) << Boxes->Lines().join(u'\n').toStdString();
+      } catch (const Exception& E) {
+        ADD_FAILURE() << E.Message().toStdString();
+      }
+      EXPECT_GT(StrToFloat(Run.GetVarValue(S("cd"))), 0);
+      EXPECT_GT(StrToFloat(Run.GetVarValue(S("cnt"))), 0);
+    }
+  }
+}
+
+TEST_F(DrawSetLibraryTest, EveryRegionSeesTheDemo) {
+  for (int Region : {0, 2, 4, 6, 7, 8, 9, 10, 13, 20}) {
+    SCOPED_TRACE(Region);
+    SetRegionSettings(Region);
+    TClient C(File, 0);
+    EXPECT_EQ(C.DS->Params().Count(), 5);
+    EXPECT_FALSE(C.DS->Bars().GetItems(0)->CalcProgram().isEmpty());
+    TBytesStream Blob;
+    C.DS->GetVectorDrawing(Blob);
+    EXPECT_GT(Blob.GetSize(), 0);
+  }
+  SetRegionSettings(1);
+}
