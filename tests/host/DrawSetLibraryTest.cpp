@@ -6,10 +6,13 @@
 #include "Interpreter.h"
 #include "MZTBarInfo.h"
 #include "MZTBarInfoConst.h"
+#include "VDILine.h"
 #include "VDIText.h"
 #include "VectorDrawing.h"
 
 #include <QFile>
+#include <QProcess>
+#include <QThread>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -321,4 +324,42 @@ TEST_F(DrawSetLibraryTest, EveryRegionSeesTheDemo) {
     EXPECT_GT(Blob.GetSize(), 0);
   }
   SetRegionSettings(1);
+}
+
+// A save killed at any moment leaves the file as before or as after, never between.
+TEST_F(DrawSetLibraryTest, AKilledSaveLeavesTheFileBeforeOrAfter) {
+  TVectorDrawing Big;
+  for (int I = 0; I < 30000; ++I)
+    Big.Add(new TVectorLine(&Big, 0, 0xFFFFFF, 1, psSolid, 0, 0, msNone, msNone, {double(I), 0}, {double(I), 100}));
+  const QString Lvd = Dir.filePath(S("big.lvd"));
+  ASSERT_TRUE(Big.SaveToFile(Lvd, sfBin));
+  const QString Before = Dump(File);
+  const QStringList Args = {S("import"), File, Lvd, S("--name"), S("大图")};
+  QString After;
+  {
+    const QString Copy = Dir.filePath(S("copy.db"));
+    ASSERT_TRUE(QFile::copy(File, Copy));
+    QProcess P;
+    P.start(S(DSE_BINARY), QStringList(Args).replaceInStrings(File, Copy));
+    ASSERT_TRUE(P.waitForFinished(60000));
+    ASSERT_EQ(P.exitCode(), 0) << P.readAllStandardError().toStdString();
+    After = Dump(Copy);
+  }
+  ASSERT_NE(After, Before);
+  int KilledBefore = 0;
+  for (int Delay : {20, 60, 100, 140, 180, 220, 260, 300, 400, 600}) {
+    SCOPED_TRACE(Delay);
+    QProcess P;
+    P.start(S(DSE_BINARY), Args);
+    ASSERT_TRUE(P.waitForStarted());
+    QThread::msleep(Delay);
+    P.kill();
+    P.waitForFinished();
+    const QString Now = Dump(File);  // opening rolls back a hot journal
+    ASSERT_TRUE(Now == Before || Now == After);
+    if (Now == After)
+      break;  // a second import would be a different change
+    ++KilledBefore;
+  }
+  RecordProperty("killed_before_commit", KilledBefore);
 }
