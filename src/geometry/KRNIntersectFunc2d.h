@@ -1,0 +1,46 @@
+#pragma once
+// Where lines, circles, segments and arcs meet. Degenerate input gives itZero or
+// itOverlap, never an exception. With itOverlap, the ends of the shared piece are in
+// APt1 and APt2 when the piece has two.
+
+#include "KRNGeo2DTypes.h"
+
+enum TKRNIntersectType { itZero, itOne, itTwo, itOverlap };
+
+class TKRNIntersectFunc2d {
+public:
+  // Two infinite lines.
+  static TKRNIntersectType Intersect(const TKRNBeeline2d& ABeeline1, const TKRNBeeline2d& ABeeline2,
+                                     TKRNVector2d& APt);
+  // A line and a circle; two points in the line's direction.
+  static TKRNIntersectType Intersect(const TKRNBeeline2d& ABeeline, const TKRNVector2d& ACenterPt, double ARadius,
+                                     TKRNVector2d& APt1, TKRNVector2d& APt2, double AEpsilon = KRNEpsilon);
+  // Two circles. ACalculatorEpsilon: compare the touching distance exactly.
+  static TKRNIntersectType Intersect(const TKRNVector2d& ACenterPt1, double ARadius1, const TKRNVector2d& ACenterPt2,
+                                     double ARadius2, TKRNVector2d& APt1, TKRNVector2d& APt2,
+                                     double AEpsilon = KRNEpsilon, bool ACalculatorEpsilon = false);
+  // A segment and an infinite line.
+  static TKRNIntersectType Intersect(const TKRNVector2d& AStartPt, const TKRNVector2d& AEndPt,
+                                     const TKRNBeeline2d& ABeeline, TKRNVector2d& APt, double AEpsilon = KRNEpsilon);
+  // Two segments; results are described relative to the longer one.
+  static TKRNIntersectType Intersect(const TKRNVector2d& AStartPt1, const TKRNVector2d& AEndPt1,
+                                     const TKRNVector2d& AStartPt2, const TKRNVector2d& AEndPt2, TKRNVector2d& APt1,
+                                     TKRNVector2d& APt2, double AEpsilon = KRNEpsilon);
+  // A segment and an arc.
+  static TKRNIntersectType Intersect(const TKRNVector2d& ALineStartPt, const TKRNVector2d& ALineEndPt,
+                                     const TKRNVector2d& AArcStartPt, const TKRNVector2d& AArcEndPt,
+                                     const TKRNVector2d& ACenterPt, TKRNArcType AArcType, double ARadius,
+                                     TKRNVector2d& APt1, TKRNVector2d& APt2, double AEpsilon = KRNEpsilon);
+  // Two arcs.
+  static TKRNIntersectType Intersect(const TKRNVector2d& AStartPt1, const TKRNVector2d& AEndPt1,
+                                     const TKRNVector2d& ACenterPt1, TKRNArcType AArcType1, double ARadius1,
+                                     const TKRNVector2d& AStartPt2, const TKRNVector2d& AEndPt2,
+                                     const TKRNVector2d& ACenterPt2, TKRNArcType AArcType2, double ARadius2,
+                                     TKRNVector2d& APt1, TKRNVector2d& APt2, double AEpsilon = KRNEpsilon);
+
+  // Any two segments: an arc counts as one only with a valid centre; a line and an
+  // arc are passed line first whatever the order of the arguments.
+  static TKRNIntersectType Intersect(const TKRNCustomLine2d& ASeg1, const TKRNCustomLine2d& ASeg2,
+                                     TKRNVector2d& APt1, TKRNVector2d& APt2, double AEpsilon = KRNEpsilon,
+                                     bool ACalculatorEpsilon = false);
+};
