@@ -70,6 +70,12 @@ public:
   // Corners in edge order.
   TKRNVector2d Corner(int AIndex) const;
 
+  // The edit functions change the stored figure in place.
+  friend class TKRNMoveFunc2d;
+  friend class TKRNRotateFunc2d;
+  friend class TKRNMirrorFunc2d;
+  friend class TKRNStretchFunc2d;
+
 private:
   TKRNVector2d FStartPt, FEndPt;
 };
@@ -92,6 +98,12 @@ public:
   void Scale(double AScaleFactor) override;
   TKRNPtr<TKRNCustomLine2d> EdgeLine(int AIndex) const override;
   TKRNVector2d Corner(int AIndex) const;
+
+  // The edit functions change the stored figure in place.
+  friend class TKRNMoveFunc2d;
+  friend class TKRNRotateFunc2d;
+  friend class TKRNMirrorFunc2d;
+  friend class TKRNStretchFunc2d;
 
 private:
   double FAngle = 0;
@@ -122,6 +134,12 @@ public:
   void Scale(double AScaleFactor) override;
   TKRNPtr<TKRNCustomLine2d> EdgeLine(int AIndex) const override;
 
+  // The edit functions change the stored figure in place.
+  friend class TKRNMoveFunc2d;
+  friend class TKRNRotateFunc2d;
+  friend class TKRNMirrorFunc2d;
+  friend class TKRNStretchFunc2d;
+
 private:
   TKRNVector2d FCenterPt;
   double FRadius = 0;
@@ -151,6 +169,12 @@ public:
   void Scale(double AScaleFactor) override;
   TKRNPtr<TKRNCustomLine2d> EdgeLine(int AIndex) const override;
   TKRNVector2d QuarterPoint(int AIndex) const;
+
+  // The edit functions change the stored figure in place.
+  friend class TKRNMoveFunc2d;
+  friend class TKRNRotateFunc2d;
+  friend class TKRNMirrorFunc2d;
+  friend class TKRNStretchFunc2d;
 
 private:
   double FAngle = 0;
