@@ -75,6 +75,11 @@ void TVectorHatch::Assign(const TVectorDrawingItem& ASource) {
   TVectorDrawingItem::Assign(ASource);
 }
 
+void TVectorHatch::SetPolygon(const TKRNPolygon2d& APolygon) {
+  FXPoly->Assign(APolygon);
+  Changed(true);
+}
+
 void TVectorHatch::Accept(IVDIVisitor& AVisitor) {
   AVisitor.VisitHatch(*this);
   Changed(true);

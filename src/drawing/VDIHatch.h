@@ -36,6 +36,7 @@ public:
   bool HitTest(const TKRNVector2d& AHitPt, double ATol) override;
 
   TKRNPolygon2d& XPoly() { return *FXPoly; }
+  void SetPolygon(const TKRNPolygon2d& APolygon);
   const TKRNPolygon2d& XPoly() const { return *FXPoly; }
   void SetXPoly(const TKRNPolygon2d& APoly);
   int FillStyle() const { return FFillStyle; }

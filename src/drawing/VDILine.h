@@ -162,6 +162,8 @@ public:
   void SetCoordData(const TVDICoordData& ACoordData) override;
 
   const TKRNLines2d& Polyline() const { return *FPolyline; }
+  // In-place edits; Accept refills the edges and counts the change.
+  TKRNLines2d& XPolyline() { return *FPolyline; }
   // Copies APolyline, refills the edge cache, rebuilds.
   void SetPolyline(const TKRNLines2d& APolyline);
   void SetLineFields(int AID, TColor AColor, int ALineWidth, int ALineStyle);

@@ -77,6 +77,9 @@ public:
 
   const TKRNVector2d& CenterPt() const { return FCenterPt; }
   double Radius() const { return FRadius; }
+  // Raw: the caller counts the change (a visitor's Accept does).
+  void SetCenterPtRaw(const TKRNVector2d& AValue) { FCenterPt = AValue; }
+  void SetRadiusRaw(double AValue) { FRadius = AValue; }
   void SetCircle(const TKRNVector2d& ACenterPt, double ARadius);
   qint16 LineWidth() const { return FLineWidth; }
   void SetLineWidth(qint16 AValue);
