@@ -3,6 +3,8 @@
 #include "KRNGeo2DTypes.h"
 #include "KRNPositionFunc2d.h"
 
+#include "KRNSearchPoly2d.h"
+
 #include <benchmark/benchmark.h>
 
 #include <cmath>
@@ -106,6 +108,57 @@ void BM_ArcCenterPt(benchmark::State& State) {
   State.SetItemsProcessed(State.iterations());
 }
 BENCHMARK(BM_ArcCenterPt);
+
+// A grid of N x N lines broken at their crossings (each line runs half a cell past
+// the outer ones, so every line has two dead ends to prune): about 2N(N+1)
+// segments. One hatch-region search as the hatch command runs it: the segments
+// handed over, connections built, dead ends pruned, the ray cast and the walk.
+std::vector<TKRNPtr<TKRNCustomLine2d>> GridSegments(int N) {
+  std::vector<TKRNPtr<TKRNCustomLine2d>> V;
+  for (int K = 0; K < N; ++K)
+    for (int I = -1; I < N; ++I) {
+      const double A = I < 0 ? -0.5 : I, B = I + 1 >= N ? N - 0.5 : I + 1;
+      V.push_back(KRNMakeSegment({A, double(K)}, {B, double(K)}, 0, atLine));
+      V.push_back(KRNMakeSegment({double(K), A}, {double(K), B}, 0, atLine));
+    }
+  return V;
+}
+
+void BM_HatchSearch(benchmark::State& State) {
+  const int N = int(State.range(0));
+  const auto Segs = GridSegments(N);
+  const TKRNVector2d At{N / 2 - 0.5, N / 2 - 0.5};
+  for (auto _ : State) {
+    TKRNSearchPoly2d Search;
+    std::intptr_t Tag = 0;
+    for (const auto& S : Segs) Search.Add(S.get(), Tag++, false);
+    std::unique_ptr<TKRNPolygon2d> Poly;
+    std::vector<std::intptr_t> Tags;
+    if (!Search.FindSmallPoly(At, Poly, Tags, false, true)) State.SkipWithError("no region found");
+    benchmark::DoNotOptimize(Poly);
+  }
+  State.SetComplexityN(int64_t(Segs.size()));
+  State.counters["segments"] = double(Segs.size());
+}
+BENCHMARK(BM_HatchSearch)->Arg(10)->Arg(20)->Arg(40)->Arg(70)->Arg(100)->Unit(benchmark::kMicrosecond)->Complexity();
+
+// The search alone once the connections are built: the ray and the walk.
+void BM_HatchSearchPrepared(benchmark::State& State) {
+  const int N = int(State.range(0));
+  const auto Segs = GridSegments(N);
+  TKRNSearchPoly2d Search;
+  std::intptr_t Tag = 0;
+  for (const auto& S : Segs) Search.Add(S.get(), Tag++, false);
+  const TKRNVector2d At{N / 2 - 0.5, N / 2 - 0.5};
+  for (auto _ : State) {
+    std::unique_ptr<TKRNPolygon2d> Poly;
+    std::vector<std::intptr_t> Tags;
+    Search.FindSmallPoly(At, Poly, Tags, false, true);
+    benchmark::DoNotOptimize(Poly);
+  }
+  State.SetComplexityN(int64_t(Segs.size()));
+}
+BENCHMARK(BM_HatchSearchPrepared)->Arg(10)->Arg(100)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 
