@@ -1,5 +1,7 @@
 #include "VDIGeometry.h"
 
+#include "KRNIntersectFunc2d.h"
+
 #include "KRNPositionFunc2d.h"
 
 #include <algorithm>
@@ -40,12 +42,8 @@ bool SegmentTouchesBox(const TKRNCustomLine2d& ASeg, const TKRNBox2d& ABox) {
 }
 
 bool PolygonTouchesBox(const TKRNCustomPolygon2d& APoly, const TKRNBox2d& ABox) {
-  const int N = APoly.GetCount();
-  if (N == 0) return false;
-  for (int I = 0; I < N; ++I)
-    if (const TKRNPtr<TKRNCustomLine2d> E = APoly.EdgeLine(I); E && SegmentTouchesBox(*E, ABox)) return true;
-  // No boundary crossing: either the box lies inside the figure, or they are apart.
-  return TKRNPositionFunc2d::PointPosition(PointMiddle(ABox.StartPt, ABox.EndPt), APoly, KRNEpsilon) != ppOut;
+  if (APoly.GetCount() == 0) return false;
+  return !TKRNIntersectFunc2d::IntersectPts(TKRNPolygon2d(ABox), APoly, true).empty();
 }
 
 bool RingTouchesBox(const TKRNVector2d& ACenter, double AInner, double AOuter, const TKRNBox2d& ABox) {

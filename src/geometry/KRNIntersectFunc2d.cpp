@@ -1,5 +1,6 @@
 #include "KRNIntersectFunc2d.h"
 
+#include "KRNPolygon2d.h"
 #include "KRNPositionFunc2d.h"
 
 #include <algorithm>
@@ -277,4 +278,52 @@ TKRNIntersectType TKRNIntersectFunc2d::Intersect(const TKRNCustomLine2d& ASeg1, 
   const TKRNArc2d& Arc = A1 ? *A1 : *A2;
   return Intersect(Line.StartPt(), Line.EndPt(), Arc.StartPt(), Arc.EndPt(), Arc.CenterPt(), Arc.ArcType(),
                    Arc.Radius(), APt1, APt2, AEpsilon);
+}
+
+std::vector<TKRNVector2d> TKRNIntersectFunc2d::IntersectPts(const TKRNCustomPolygon2d& APolygon1,
+                                                           const TKRNCustomPolygon2d& APolygon2, bool AIncludeIn,
+                                                           double AEpsilon) {
+  std::vector<TKRNVector2d> R;
+  const auto Keep = [&](const TKRNVector2d& P) {
+    for (const TKRNVector2d& Q : R)
+      if (PointIsSame(P, Q, AEpsilon))
+        return;
+    R.push_back(P);
+  };
+  if (!BoxIsOverlapping(APolygon1.Box(), APolygon2.Box(), true, AEpsilon))
+    return R;
+  std::vector<TKRNPtr<TKRNCustomLine2d>> E1, E2;
+  for (int I = 0; I < APolygon1.GetCount(); ++I)
+    if (auto E = APolygon1.EdgeLine(I))
+      E1.push_back(std::move(E));
+  for (int I = 0; I < APolygon2.GetCount(); ++I)
+    if (auto E = APolygon2.EdgeLine(I))
+      E2.push_back(std::move(E));
+  for (const auto& A : E1) {
+    const TKRNBox2d BoxA = A->Box();
+    for (const auto& B : E2) {
+      if (!BoxIsOverlapping(BoxA, B->Box(), true, AEpsilon))
+        continue;
+      TKRNVector2d P1{}, P2{};
+      switch (Intersect(*A, *B, P1, P2, AEpsilon)) {
+        case itZero:
+          break;
+        case itOne:
+          Keep(P1);
+          break;
+        default:
+          Keep(P1);
+          Keep(P2);
+      }
+    }
+  }
+  if (AIncludeIn) {
+    for (const auto& A : E1)
+      if (TKRNPositionFunc2d::PointPosition(A->StartPt(), APolygon2, AEpsilon) != ppOut)
+        Keep(A->StartPt());
+    for (const auto& B : E2)
+      if (TKRNPositionFunc2d::PointPosition(B->StartPt(), APolygon1, AEpsilon) != ppOut)
+        Keep(B->StartPt());
+  }
+  return R;
 }

@@ -5,6 +5,10 @@
 
 #include "KRNGeo2DTypes.h"
 
+#include <vector>
+
+class TKRNCustomPolygon2d;
+
 enum TKRNIntersectType { itZero, itOne, itTwo, itOverlap };
 
 class TKRNIntersectFunc2d {
@@ -43,4 +47,11 @@ public:
   static TKRNIntersectType Intersect(const TKRNCustomLine2d& ASeg1, const TKRNCustomLine2d& ASeg2,
                                      TKRNVector2d& APt1, TKRNVector2d& APt2, double AEpsilon = KRNEpsilon,
                                      bool ACalculatorEpsilon = false);
+
+  // Where the boundaries of two figures meet, each point once; with AIncludeIn also
+  // the vertices of each figure that lie inside or on the other, so that a figure
+  // wholly inside the other still answers. Empty: the figures are apart.
+  static std::vector<TKRNVector2d> IntersectPts(const TKRNCustomPolygon2d& APolygon1,
+                                                const TKRNCustomPolygon2d& APolygon2, bool AIncludeIn,
+                                                double AEpsilon = KRNEpsilon);
 };

@@ -1,4 +1,5 @@
 #include "KRNIntersectFunc2d.h"
+#include "KRNPolygon2d.h"
 
 #include <gtest/gtest.h>
 
@@ -302,4 +303,27 @@ TEST(TKRNIntersectFunc2d, RandomSegmentAndArcAgreeWithAReference) {
   }
   EXPECT_GT(Checked, 5000);
   EXPECT_GT(Hits, 500);
+}
+
+TEST(TKRNIntersectFunc2d, IntersectPtsOfTwoFigures) {
+  const TKRNPolygon2d Big(TKRNBox2d{{0, 0}, {10, 10}});
+  const struct {
+    const char* Name;
+    TKRNBox2d Other;
+    bool IncludeIn;
+    size_t Count;
+  } Cases[] = {
+      {"crossing", {{5, 5}, {15, 15}}, false, 2},
+      {"crossing, with inner vertices", {{5, 5}, {15, 15}}, true, 4},
+      {"inside, crossings only", {{2, 2}, {4, 4}}, false, 0},
+      {"inside, with inner vertices", {{2, 2}, {4, 4}}, true, 4},
+      {"apart", {{20, 20}, {30, 30}}, true, 0},
+      {"sharing an edge", {{10, 0}, {20, 10}}, false, 2},
+  };
+  for (const auto& C : Cases) {
+    SCOPED_TRACE(C.Name);
+    EXPECT_EQ(IF::IntersectPts(Big, TKRNPolygon2d(C.Other), C.IncludeIn).size(), C.Count);
+  }
+  // a circle against a square it crosses
+  EXPECT_EQ(IF::IntersectPts(Big, TKRNCircle2d({10, 5}, 2), false).size(), 2u);
 }
