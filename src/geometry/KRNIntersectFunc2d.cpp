@@ -327,3 +327,37 @@ std::vector<TKRNVector2d> TKRNIntersectFunc2d::IntersectPts(const TKRNCustomPoly
   }
   return R;
 }
+
+TKRNIntersectType TKRNIntersectFunc2d::ExtIntersect(const TKRNCustomLine2d& ASeg1, const TKRNCustomLine2d& ASeg2,
+                                                    TKRNVector2d& APt1, TKRNVector2d& APt2, double AEpsilon) {
+  const auto ArcOf = [](const TKRNCustomLine2d& S) -> const TKRNArc2d* {
+    const auto* A = dynamic_cast<const TKRNArc2d*>(&S);
+    return A && A->IsValidateArc() ? A : nullptr;
+  };
+  const TKRNArc2d* A1 = ArcOf(ASeg1);
+  const TKRNArc2d* A2 = ArcOf(ASeg2);
+  const auto Line = [](const TKRNCustomLine2d& S) {
+    return TKRNBeeline2d(S.StartPt(), VectorSub(S.EndPt(), S.StartPt()));
+  };
+  if (!A1 && !A2)
+    return Intersect(Line(ASeg1), Line(ASeg2), APt1);
+  if (A1 && A2)
+    return Intersect(A1->CenterPt(), A1->Radius(), A2->CenterPt(), A2->Radius(), APt1, APt2, AEpsilon);
+  const TKRNArc2d& Arc = A1 ? *A1 : *A2;
+  return Intersect(Line(A1 ? ASeg2 : ASeg1), Arc.CenterPt(), Arc.Radius(), APt1, APt2, AEpsilon);
+}
+
+bool TKRNIntersectFunc2d::LimitExtIntersect(const TKRNCustomLine2d& ASeg1, const TKRNCustomLine2d& ASeg2,
+                                            const TKRNVector2d& ARefPt, TKRNVector2d& AIntPt, double AEpsilon) {
+  TKRNVector2d P1{}, P2{};
+  switch (ExtIntersect(ASeg1, ASeg2, P1, P2, AEpsilon)) {
+    case itOne:
+      AIntPt = P1;
+      return true;
+    case itTwo:
+      AIntPt = VectorDistance(P1, ARefPt) <= VectorDistance(P2, ARefPt) ? P1 : P2;
+      return true;
+    default:
+      return false;
+  }
+}

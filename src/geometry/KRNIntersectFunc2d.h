@@ -48,6 +48,15 @@ public:
                                      TKRNVector2d& APt1, TKRNVector2d& APt2, double AEpsilon = KRNEpsilon,
                                      bool ACalculatorEpsilon = false);
 
+  // The meeting of the two segments' extensions: lines as infinite lines, arcs as
+  // their full circles.
+  static TKRNIntersectType ExtIntersect(const TKRNCustomLine2d& ASeg1, const TKRNCustomLine2d& ASeg2,
+                                        TKRNVector2d& APt1, TKRNVector2d& APt2, double AEpsilon = KRNEpsilon);
+  // Of the extensions' meetings, the one nearest ARefPt; false when they don't meet
+  // in a point.
+  static bool LimitExtIntersect(const TKRNCustomLine2d& ASeg1, const TKRNCustomLine2d& ASeg2,
+                                const TKRNVector2d& ARefPt, TKRNVector2d& AIntPt, double AEpsilon = KRNEpsilon);
+
   // Where the boundaries of two figures meet, each point once; with AIncludeIn also
   // the vertices of each figure that lie inside or on the other, so that a figure
   // wholly inside the other still answers. Empty: the figures are apart.

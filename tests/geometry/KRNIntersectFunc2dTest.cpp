@@ -327,3 +327,17 @@ TEST(TKRNIntersectFunc2d, IntersectPtsOfTwoFigures) {
   // a circle against a square it crosses
   EXPECT_EQ(IF::IntersectPts(Big, TKRNCircle2d({10, 5}, 2), false).size(), 2u);
 }
+
+TEST(TKRNIntersectFunc2d, ExtensionsMeet) {
+  const TKRNLine2d A({0, 0}, {1, 0}), B({5, 2}, {5, 3}), C({0, 1}, {1, 1});
+  const TKRNArc2d Arc({10, 0}, {0, 10}, 10, atACS);
+  TKRNVector2d P1{}, P2{};
+  EXPECT_EQ(IF::ExtIntersect(A, B, P1, P2), itOne);
+  ExpectPt(P1, {5, 0});
+  EXPECT_EQ(IF::ExtIntersect(A, C, P1, P2), itZero);
+  EXPECT_EQ(IF::ExtIntersect(Arc, C, P1, P2), itTwo);  // the whole circle counts
+  TKRNVector2d Near{};
+  ASSERT_TRUE(IF::LimitExtIntersect(C, Arc, {-20, 1}, Near));
+  EXPECT_NEAR(Near.X, -std::sqrt(99.0), 1e-9);
+  EXPECT_FALSE(IF::LimitExtIntersect(A, C, {0, 0}, Near));
+}
