@@ -68,14 +68,20 @@ int ParseLibArgs(const QString& ACommand, const QStringList& AArgs, const QStrin
   return -1;
 }
 
-// The three datasets of one open draw set, loaded as the editor loads them.
+// The library and the three datasets of one open draw set, loaded as the editor
+// loads them.
 struct TOpenDrawSet {
+  std::shared_ptr<TDrawSetLibrary> Lib;
   TClientDataSet SetDS, BarDS, ParamDS;
   std::unique_ptr<TDrawSet> DrawSet;
   TVectorDrawing Drawing;
 };
 
-bool OpenDrawSet(TDrawSetLibrary& ALib, int AID, TOpenDrawSet& AOut) {
+// Raises Exception when the library or the draw set is not there.
+void OpenDrawSet(const TLibArgs& AArgs, int AID, TOpenDrawSet& AOut) {
+  SetRegionSettings(AArgs.Region);
+  AOut.Lib = TDrawSetLibrary::Open(AArgs.Positional[0]);
+  TDrawSetLibrary& ALib = *AOut.Lib;
   AOut.SetDS.SetData(DataSvr::GetDrawSets(ALib));
   AOut.BarDS.SetData(DataSvr::GetDrawSetBars(ALib, AID));
   AOut.ParamDS.SetData(DataSvr::GetDrawSetParams(ALib, AID, CalcRuleID));
@@ -83,7 +89,7 @@ bool OpenDrawSet(TDrawSetLibrary& ALib, int AID, TOpenDrawSet& AOut) {
   AOut.SetDS.SetFiltered(true);
   AOut.SetDS.First();
   if (AOut.SetDS.IsEmpty())
-    return false;
+    throw Exception(S("图集 %1 不存在").arg(AID));
   AOut.DrawSet = std::make_unique<TDrawSet>(nullptr, AID, AOut.SetDS.FieldByName(S("DrawSetName")).AsString(),
                                             static_cast<int>(AOut.SetDS.FieldByName(S("DrawSetTypeID")).AsInteger()),
                                             &AOut.SetDS, &AOut.BarDS, &AOut.ParamDS);
@@ -92,7 +98,6 @@ bool OpenDrawSet(TDrawSetLibrary& ALib, int AID, TOpenDrawSet& AOut) {
   Blob.SetPosition(0);
   if (Blob.GetSize() > 0)
     AOut.Drawing.LoadFromStream(Blob);
-  return true;
 }
 
 std::map<int, QString> TypeNames(TDrawSetLibrary& ALib) {
@@ -162,15 +167,10 @@ int Show(const QStringList& AArgs, TDseIO& AIO) {
   int ID;
   if (A.Positional.size() != 2 || !TryStrToInt(A.Positional[1], ID))
     return UsageError(AIO, S("show"), S("show takes FILE and a draw-set ID"));
-  SetRegionSettings(A.Region);
-  auto Lib = TDrawSetLibrary::Open(A.Positional[0]);
   TOpenDrawSet Open;
-  if (!OpenDrawSet(*Lib, ID, Open)) {
-    AIO.Err << S("error: 图集 %1 不存在\n").arg(ID);
-    return ecFailed;
-  }
+  OpenDrawSet(A, ID, Open);
   TDrawSet& DS = *Open.DrawSet;
-  const auto Types = TypeNames(*Lib);
+  const auto Types = TypeNames(*Open.Lib);
   const QString TypeName = Types.count(DS.TypeID()) ? Types.at(DS.TypeID()) : S("(无类型)");
   QJsonArray Bars, Params;
   for (int I = 0; I < DS.Bars().Count(); ++I) {
@@ -231,13 +231,8 @@ int Export(const QStringList& AArgs, TDseIO& AIO) {
   int ID;
   if (A.Positional.size() != 3 || !TryStrToInt(A.Positional[1], ID))
     return UsageError(AIO, S("export"), S("export takes FILE, a draw-set ID and OUT.lvd"));
-  SetRegionSettings(A.Region);
-  auto Lib = TDrawSetLibrary::Open(A.Positional[0]);
   TOpenDrawSet Open;
-  if (!OpenDrawSet(*Lib, ID, Open)) {
-    AIO.Err << S("error: 图集 %1 不存在\n").arg(ID);
-    return ecFailed;
-  }
+  OpenDrawSet(A, ID, Open);
   if (!Open.Drawing.SaveToFile(A.Positional[2], A.Format == QLatin1String("bin") ? sfBin : sfXML)) {
     AIO.Err << S("error: 无法写入 %1\n").arg(A.Positional[2]);
     return ecFailed;

@@ -1,4 +1,4 @@
-#include "DseCommands.h"
+#include "DseTestRun.h"
 #include "MZTBarInfoConst.h"
 
 #include <QCoreApplication>
@@ -9,25 +9,7 @@
 #include <gtest/gtest.h>
 
 namespace {
-struct TResult {
-  int Code;
-  QString Out, Err;
-};
-
-TResult Dse(const QStringList& AArgs) {
-  static TDseCommandLine Cli = [] {
-    TDseCommandLine C;
-    RegisterAllCommands(C);
-    return C;
-  }();
-  QString Out, Err;
-  QTextStream O(&Out), E(&Err);
-  TDseIO IO{O, E};
-  const int Code = Cli.Run(AArgs, IO);
-  O.flush();
-  E.flush();
-  return {Code, Out, Err};
-}
+TDseResult Dse(const QStringList& AArgs) { return RunDse(AArgs); }
 }  // namespace
 
 TEST(DseExpr, PrintsTypeAndValueOrTheError) {
@@ -49,7 +31,7 @@ TEST(DseExpr, PrintsTypeAndValueOrTheError) {
   };
   for (const auto& C : Cases) {
     SCOPED_TRACE(C.Args.join(u' ').toStdString());
-    const TResult R = Dse(C.Args);
+    const TDseResult R = Dse(C.Args);
     EXPECT_EQ(R.Code, C.Code);
     EXPECT_EQ(R.Out, QString::fromUtf8(C.Out));
     const QString Want = QString::fromUtf8(C.Err);
@@ -60,7 +42,7 @@ TEST(DseExpr, PrintsTypeAndValueOrTheError) {
 
 TEST(DseBarInfo, PrintsOneJsonObject) {
   const int Saved = BarStandardCode();
-  TResult R = Dse({"barinfo", "--code", "1", "A8@100/200"});
+  TDseResult R = Dse({"barinfo", "--code", "1", "A8@100/200"});
   EXPECT_EQ(R.Code, 0);
   EXPECT_EQ(R.Out, QStringLiteral("{\"count\":null,\"diameter\":8,\"level\":\"bltLevel1\",\"levelText\":\"A\","
                                   "\"space1\":100,\"space2\":200,\"text\":\"A8@100/200\"}\n"));
@@ -82,7 +64,7 @@ TEST(DseUnit, ConvertsAndChecks) {
   EXPECT_EQ(Dse({"unit", "foot-to-mm", "5'-11 3/8\""}).Out, QStringLiteral("1812.925\n"));
   EXPECT_EQ(Dse({"unit", "mm-to-foot", "1812.925", "--format", "ffHyphenExt"}).Out, QStringLiteral("5'-11 3/8\"\n"));
   EXPECT_EQ(Dse({"unit", "check-foot", "0511"}).Out, QStringLiteral("ffFourLength\n"));
-  const TResult Bad = Dse({"unit", "check-foot", "5-12"});
+  const TDseResult Bad = Dse({"unit", "check-foot", "5-12"});
   EXPECT_EQ(Bad.Code, 1);
   EXPECT_EQ(Bad.Out, QStringLiteral("invalid\n"));
   EXPECT_EQ(Dse({"unit", "foot-to-mm", "abc"}).Code, 1);
@@ -104,7 +86,7 @@ QString WriteScript(const QString& ADir, const char* AText) {
 TEST(DseScript, RunsStepsAndQueries) {
   QTemporaryDir Dir;
   const QString S = WriteScript(Dir.path(), "int a\na=lc*2\nif a>10\nmsgbox Big\nendif\nmainend\n");
-  TResult R = Dse({"script", S, "--var", "lc=7", "--query", "a", "--query", "zz"});
+  TDseResult R = Dse({"script", S, "--var", "lc=7", "--query", "a", "--query", "zz"});
   EXPECT_EQ(R.Code, 0);
   EXPECT_EQ(R.Out, QStringLiteral("[错误] big\na=14\nzz=\n"));
   R = Dse({"script", S, "--var", "lc=1", "--step"});
@@ -134,14 +116,14 @@ TEST(DseScript, RunsStepsAndQueries) {
 TEST(DseScript, TokensAndBadArguments) {
   QTemporaryDir Dir;
   const QString S = WriteScript(Dir.path(), "if lc>1 /* c\nx */\n");
-  const TResult R = Dse({"script", "--tokens", S, "--param", "LC"});
+  const TDseResult R = Dse({"script", "--tokens", S, "--param", "LC"});
   EXPECT_EQ(R.Code, 0);
   EXPECT_EQ(R.Out, QStringLiteral("0: tkKey(if) tkSpace( ) tkVariable(lc) tkUnknown(>) tkNumber(1) tkSpace( ) tkComment(/* c)\n"
                                   "1: tkComment(x */)\n2:\n"));
   EXPECT_EQ(Dse({"script"}).Code, 2);
   EXPECT_EQ(Dse({"script", S, "--var", "novalue"}).Code, 2);
   EXPECT_EQ(Dse({"script", S, "--max-steps", "0"}).Code, 2);
-  const TResult Missing = Dse({"script", Dir.path() + QStringLiteral("/none.txt")});
+  const TDseResult Missing = Dse({"script", Dir.path() + QStringLiteral("/none.txt")});
   EXPECT_EQ(Missing.Code, 1);
   EXPECT_TRUE(Missing.Err.startsWith(QStringLiteral("error: cannot open")));
 }

@@ -1,4 +1,4 @@
-#include "DseCommands.h"
+#include "DseTestRun.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -10,25 +10,7 @@
 
 namespace {
 
-struct TResult {
-  int Code;
-  QString Out, Err;
-};
-
-TResult Dse(const QStringList& AArgs) {
-  static TDseCommandLine Cli = [] {
-    TDseCommandLine C;
-    RegisterAllCommands(C);
-    return C;
-  }();
-  QString Out, Err;
-  QTextStream O(&Out), E(&Err);
-  TDseIO IO{O, E};
-  const int Code = Cli.Run(AArgs, IO);
-  O.flush();
-  E.flush();
-  return {Code, Out, Err};
-}
+TDseResult Dse(const QStringList& AArgs) { return RunDse(AArgs); }
 
 QString S(const char* AText) { return QString::fromUtf8(AText); }
 
@@ -37,7 +19,7 @@ protected:
   void SetUp() override {
     ASSERT_TRUE(Dir.isValid());
     Lib = Dir.filePath(S("demo.db"));
-    const TResult R = Dse({S("init"), Lib});
+    const TDseResult R = Dse({S("init"), Lib});
     ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
   }
   QTemporaryDir Dir;
@@ -47,7 +29,7 @@ protected:
 }  // namespace
 
 TEST_F(LibraryCommandsTest, InitListShow) {
-  TResult R = Dse({S("list"), Lib});
+  TDseResult R = Dse({S("list"), Lib});
   ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
   const QStringList Lines = R.Out.trimmed().split(u'\n');
   ASSERT_EQ(Lines.size(), 7);
@@ -74,7 +56,7 @@ TEST_F(LibraryCommandsTest, InitListShow) {
 
 TEST_F(LibraryCommandsTest, ExportThenImportMakesANewDrawSet) {
   const QString Lvd = Dir.filePath(S("joint.lvd"));
-  TResult R = Dse({S("export"), Lib, S("0"), Lvd});
+  TDseResult R = Dse({S("export"), Lib, S("0"), Lvd});
   ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
   R = Dse({S("lvd"), S("info"), Lvd, S("--json")});
   ASSERT_EQ(R.Code, 0);
@@ -125,7 +107,7 @@ TEST_F(LibraryCommandsTest, BadInputGivesPlainErrors) {
       Args << QString(A).replace(S("%1"), Lib).replace(S("%2"), Lvd).replace(S("%3"), Dir.filePath(S("o.lvd")))
                   .replace(S("%4"), Good);
     SCOPED_TRACE(Args.join(u' ').toStdString());
-    const TResult R = Dse(Args);
+    const TDseResult R = Dse(Args);
     EXPECT_EQ(R.Code, C.Code);
     EXPECT_TRUE(R.Err.contains(S(C.Err))) << R.Err.toStdString();
   }

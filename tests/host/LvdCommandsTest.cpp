@@ -1,4 +1,4 @@
-#include "DseCommands.h"
+#include "DseTestRun.h"
 #include "VDILine.h"
 #include "VDIText.h"
 #include "VectorDrawing.h"
@@ -12,25 +12,7 @@
 #include <gtest/gtest.h>
 
 namespace {
-struct TResult {
-  int Code;
-  QString Out, Err;
-};
-
-TResult Lvd(const QStringList& AArgs) {
-  static TDseCommandLine Cli = [] {
-    TDseCommandLine C;
-    RegisterAllCommands(C);
-    return C;
-  }();
-  QString Out, Err;
-  QTextStream O(&Out), E(&Err);
-  TDseIO IO{O, E};
-  const int Code = Cli.Run(QStringList{QStringLiteral("lvd")} + AArgs, IO);
-  O.flush();
-  E.flush();
-  return {Code, Out, Err};
-}
+TDseResult Lvd(const QStringList& AArgs) { return RunDse(QStringList{QStringLiteral("lvd")} + AArgs); }
 
 QString MakeDrawing(const QTemporaryDir& ADir) {
   TVectorDrawing D;
@@ -47,7 +29,7 @@ QString MakeDrawing(const QTemporaryDir& ADir) {
 TEST(DseLvd, InfoAsJson) {
   QTemporaryDir Dir;
   const QString File = MakeDrawing(Dir);
-  const TResult R = Lvd({"info", File, "--json"});
+  const TDseResult R = Lvd({"info", File, "--json"});
   ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
   const QJsonObject O = QJsonDocument::fromJson(R.Out.toUtf8()).object();
   EXPECT_EQ(O.value(QStringLiteral("format")).toString(), QStringLiteral("xml"));
@@ -69,7 +51,7 @@ TEST(DseLvd, InfoAsJson) {
   EXPECT_EQ(T.value(QStringLiteral("text")).toString(), QStringLiteral("L1"));
   EXPECT_EQ(T.value(QStringLiteral("fontName")).toString(), QStringLiteral("宋体"));
   EXPECT_TRUE(T.value(QStringLiteral("transparent")).toBool());
-  const TResult Plain = Lvd({"info", File});
+  const TDseResult Plain = Lvd({"info", File});
   EXPECT_TRUE(Plain.Out.contains(QStringLiteral("items: 2")));
 }
 
@@ -81,7 +63,7 @@ TEST(DseLvd, ConvertAndRender) {
   const QJsonObject O = QJsonDocument::fromJson(Lvd({"info", Bin, "--json"}).Out.toUtf8()).object();
   EXPECT_EQ(O.value(QStringLiteral("format")).toString(), QStringLiteral("bin"));
   EXPECT_EQ(O.value(QStringLiteral("items")).toArray().size(), 1);
-  const TResult Missing = Lvd({"convert", File, Bin, "--format", "bin", "--selected", "99"});
+  const TDseResult Missing = Lvd({"convert", File, Bin, "--format", "bin", "--selected", "99"});
   EXPECT_EQ(Missing.Code, 1);
   EXPECT_TRUE(Missing.Err.contains(QStringLiteral("no item with ID 99")));
   EXPECT_EQ(Lvd({"convert", File, Bin, "--format", "pdf"}).Code, 2);
@@ -104,7 +86,7 @@ TEST(DseLvd, FilesThatDoNotLoad) {
   ASSERT_TRUE(F.open(QIODevice::WriteOnly));
   F.write("not a drawing");
   F.close();
-  TResult R = Lvd({"info", Bad});
+  TDseResult R = Lvd({"info", Bad});
   EXPECT_EQ(R.Code, 1);
   EXPECT_EQ(R.Err, QStringLiteral("error: 非法矢量图流格式\n"));
   R = Lvd({"info", Dir.filePath(QStringLiteral("none.lvd"))});
