@@ -627,14 +627,12 @@ void TClientDataSet::EnsureView() const {
 }
 
 void TClientDataSet::SetCurrentToRecord(int ARecIndex) {
-  EnsureView();
-  const auto It = std::find(FView.begin(), FView.end(), ARecIndex);
-  if (It == FView.end()) {
-    // the row left the view (filter); stay near where it was
+  FCurrent = ARecIndex;
+  if (ViewPos() < 0) {
+    // the row left the view (filter)
     First();
     return;
   }
-  FCurrent = ARecIndex;
   FEof = FBof = false;
 }
 
@@ -668,27 +666,36 @@ void TClientDataSet::Last() {
   FEof = FBof = FView.empty();
 }
 
+int TClientDataSet::ViewPos() const {
+  EnsureView();
+  if (FPos >= 0 && FPos < static_cast<int>(FView.size()) && FView[static_cast<size_t>(FPos)] == FCurrent)
+    return FPos;
+  const auto It = std::find(FView.begin(), FView.end(), FCurrent);
+  FPos = It == FView.end() ? -1 : static_cast<int>(It - FView.begin());
+  return FPos;
+}
+
 void TClientDataSet::Next() {
   CheckBrowseMode();
-  EnsureView();
-  const auto It = std::find(FView.begin(), FView.end(), FCurrent);
-  if (It == FView.end() || It + 1 == FView.end()) {
+  const int P = ViewPos();
+  if (P < 0 || P + 1 >= static_cast<int>(FView.size())) {
     FEof = true;
     return;
   }
-  FCurrent = *(It + 1);
+  FPos = P + 1;
+  FCurrent = FView[static_cast<size_t>(FPos)];
   FBof = false;
 }
 
 void TClientDataSet::Prior() {
   CheckBrowseMode();
-  EnsureView();
-  const auto It = std::find(FView.begin(), FView.end(), FCurrent);
-  if (It == FView.end() || It == FView.begin()) {
+  const int P = ViewPos();
+  if (P <= 0) {
     FBof = true;
     return;
   }
-  FCurrent = *(It - 1);
+  FPos = P - 1;
+  FCurrent = FView[static_cast<size_t>(FPos)];
   FEof = false;
 }
 
@@ -704,9 +711,7 @@ int TClientDataSet::RecordCount() const {
 int TClientDataSet::RecNo() const {
   if (!Active())
     return 0;
-  EnsureView();
-  const auto It = std::find(FView.begin(), FView.end(), FCurrent);
-  return It == FView.end() ? 0 : static_cast<int>(It - FView.begin()) + 1;
+  return ViewPos() + 1;
 }
 
 void TClientDataSet::Log(int ARecIndex, bool ACreated) {
@@ -751,8 +756,14 @@ void TClientDataSet::Post() {
         R.Original = R.Values;
         R.Status = TUpdateStatus::usModified;
       }
+      // the view changes only when a field it sorts or filters on does
+      bool Moves = FFiltered && FFilterTree;
+      for (int F : FIndexFields)
+        Moves = Moves || CompareFieldValues(R.Values[F], FBuffer[F]) != 0 ||
+                R.Values[F].isNull() != FBuffer[F].isNull();
       R.Values = std::move(FBuffer);
-      InvalidateView();
+      if (Moves)
+        InvalidateView();
     }
     FBuffer.clear();
     FState = TDataSetState::dsBrowse;
@@ -818,6 +829,8 @@ QVector<int> TClientDataSet::ParseFieldList(const QString& ANames) const {
 void TClientDataSet::SetIndexFieldNames(const QString& ANames) {
   if (Active())
     CheckBrowseMode();
+  if (ANames == FIndexFieldNames)
+    return;  // the same index (kept in step with the fields by SetData): the view stays
   FIndexFields = FFields.isEmpty() ? QVector<int>() : ParseFieldList(ANames);
   FIndexFieldNames = ANames;
   InvalidateView();
@@ -849,6 +862,7 @@ bool TClientDataSet::FindKey(const QVector<QVariant>& AKeyValues) {
     if (CompareFieldValues(FRecords[*It].Values[FIndexFields[I]], Keys[I]) != 0)
       return false;
   FCurrent = *It;
+  FPos = static_cast<int>(It - FView.begin());
   FEof = FBof = false;
   return true;
 }

@@ -166,6 +166,7 @@ private:
   void InvalidateView();
   void EnsureView() const;
   void SetCurrentToRecord(int ARecIndex);
+  int ViewPos() const;  // position of the current row in the view, -1 when not there
   void Log(int ARecIndex, bool ACreated);
   bool RecordMatchesFilter(const TRecord& ARec) const;
   QVector<int> ParseFieldList(const QString& ANames) const;
@@ -176,6 +177,7 @@ private:
   mutable std::vector<int> FView;       // indexes into FRecords, visible, sorted
   mutable bool FViewValid = false;
   int FCurrent = -1;                    // index into FRecords of the current row
+  mutable int FPos = -1;                // its position in FView when known
   bool FEof = true;
   bool FBof = true;
   TDataSetState FState = TDataSetState::dsInactive;

@@ -233,3 +233,20 @@ TEST(TClientDataSet, FieldTextAndTypedAccess) {
   DS.Next();
   EXPECT_TRUE(DS.FieldByName(QStringLiteral("Data")).IsNull());
 }
+
+TEST(TClientDataSet, EditingAKeyFieldReordersTheView) {
+  TClientDataSet DS;
+  DS.SetData(BarsPacket());
+  DS.SetIndexFieldNames(QStringLiteral("DrawSetID;BarID"));
+  ASSERT_TRUE(DS.FindKey({1, 0}));  // "c", first in key order
+  DS.Edit();
+  DS.FieldByName(QStringLiteral("DrawSetID")).SetAsInteger(9);
+  DS.Post();
+  EXPECT_EQ(DS.FieldByName(QStringLiteral("BarNum")).AsString(), QStringLiteral("c"));  // still current
+  EXPECT_EQ(DS.RecNo(), 4);
+  EXPECT_EQ(Names(DS), QStringList({"a", "b", "d", "c"}));
+  EXPECT_TRUE(DS.FindKey({9, 0}));
+  EXPECT_FALSE(DS.FindKey({1, 0}));
+  SetName(DS, "c2");  // a non-key edit keeps the order
+  EXPECT_EQ(Names(DS), QStringList({"a", "b", "d", "c2"}));
+}
