@@ -236,7 +236,10 @@ void TDrawSetLibrary::ApplyDelta(int AKind, const TDataPacket& ADelta, bool ADel
       } catch (const EConvertError&) {
         Now = S.Column(I);
       }
-      if (CompareFieldValues(Now, ARow.OldValues.value(Cols[I])) != 0)
+      // the editor writes the value as "SetParamVal" and keeps reading a stale
+      // "ParamVal" after a save, so the stored value is checked against the former
+      const int Field = SetValueField >= 0 && SameText(ColNames[I], QStringLiteral("ParamVal")) ? SetValueField : Cols[I];
+      if (CompareFieldValues(Now, ARow.OldValues.value(Field)) != 0)
         throw ESaveConflict(QStringLiteral("%1已被其他用户修改").arg(RowName(AKind, Key)));
     }
   };

@@ -363,3 +363,25 @@ TEST_F(DrawSetLibraryTest, AKilledSaveLeavesTheFileBeforeOrAfter) {
   }
   RecordProperty("killed_before_commit", KilledBefore);
 }
+
+// The value is written as "SetParamVal" while "ParamVal" keeps what was read: a
+// second save in the same run must not take the first for someone else's change.
+TEST_F(DrawSetLibraryTest, SavingAParamValueTwiceInOneRun) {
+  TClient A(File, 1);
+  TDrawSetParam* P = A.DS->Params().GetItems(0);
+  P->SetParamVal(S("600"));
+  ASSERT_TRUE(A.Save());
+  P->SetParamVal(S("650"));
+  P->SetUnit(S("cm"));
+  QStringList Boxes;
+  ASSERT_TRUE(A.Save(&Boxes)) << Boxes.join(u'\n').toStdString();
+  TClient B(File, 1);
+  EXPECT_EQ(B.DS->Params().GetItems(0)->ParamVal(), S("650"));
+  EXPECT_EQ(B.DS->Params().GetItems(0)->Unit(), S("cm"));
+  // someone else's change of the value is still caught
+  TClient C(File, 1);
+  B.DS->Params().GetItems(0)->SetParamVal(S("700"));
+  ASSERT_TRUE(B.Save());
+  C.DS->Params().GetItems(0)->SetUnit(S("m"));
+  EXPECT_FALSE(C.Save(&Boxes));
+}
