@@ -361,3 +361,57 @@ bool TKRNIntersectFunc2d::LimitExtIntersect(const TKRNCustomLine2d& ASeg1, const
       return false;
   }
 }
+
+std::vector<TKRNVector2d> TKRNIntersectFunc2d::Intersect(const TKRNCustomLine2d& ASeg,
+                                                        const TKRNCustomPolygon2d& APoly, bool AIncludeIn,
+                                                        double AEpsilon) {
+  std::vector<TKRNVector2d> R;
+  const auto Keep = [&](const TKRNVector2d& P) {
+    for (const TKRNVector2d& Q : R)
+      if (PointIsSame(P, Q, AEpsilon))
+        return;
+    R.push_back(P);
+  };
+  const auto* Arc = dynamic_cast<const TKRNArc2d*>(&ASeg);
+  const bool IsArc = Arc && Arc->IsValidateArc();
+  if (const auto* C = dynamic_cast<const TKRNCircle2d*>(&APoly)) {
+    TKRNVector2d P[2];
+    TKRNIntersectType T;
+    if (IsArc) {
+      T = Intersect(Arc->CenterPt(), Arc->Radius(), C->CenterPt(), C->Radius(), P[0], P[1], AEpsilon);
+    } else {
+      T = Intersect(TKRNBeeline2d(ASeg.StartPt(), VectorSub(ASeg.EndPt(), ASeg.StartPt())), C->CenterPt(),
+                    C->Radius(), P[0], P[1], AEpsilon);
+    }
+    if (T == itOne || T == itTwo)
+      for (int I = 0; I < (T == itTwo ? 2 : 1); ++I)
+        if (TKRNPositionFunc2d::PointPosition(P[I], ASeg, AEpsilon) != ppOut)
+          Keep(P[I]);
+  } else {
+    for (int I = 0; I < APoly.GetCount(); ++I) {
+      const TKRNPtr<TKRNCustomLine2d> E = APoly.EdgeLine(I);
+      if (!E)
+        continue;
+      TKRNVector2d P1{}, P2{};
+      const TKRNIntersectType T = Intersect(ASeg, *E, P1, P2, AEpsilon);
+      if (T != itZero)
+        Keep(P1);
+      if (T == itTwo || T == itOverlap)
+        Keep(P2);
+    }
+  }
+  if (AIncludeIn)
+    for (const TKRNVector2d& P : {ASeg.StartPt(), ASeg.EndPt()})
+      if (TKRNPositionFunc2d::PointPosition(P, APoly, AEpsilon) == ppIn)
+        Keep(P);
+  // in order along the segment: by distance from the start for a line, by the
+  // turn from the start for an arc
+  const auto Along = [&](const TKRNVector2d& P) {
+    if (!IsArc)
+      return VectorDistance(ASeg.StartPt(), P);
+    const TKRNVector2d Ctr = Arc->CenterPt();
+    return VectorAngleFromTo(VectorSub(ASeg.StartPt(), Ctr), VectorSub(P, Ctr), Arc->Clockwise());
+  };
+  std::sort(R.begin(), R.end(), [&](const TKRNVector2d& A, const TKRNVector2d& B) { return Along(A) < Along(B); });
+  return R;
+}

@@ -57,6 +57,12 @@ public:
   static bool LimitExtIntersect(const TKRNCustomLine2d& ASeg1, const TKRNCustomLine2d& ASeg2,
                                 const TKRNVector2d& ARefPt, TKRNVector2d& AIntPt, double AEpsilon = KRNEpsilon);
 
+  // The points where a segment meets a figure's boundary, in order along the
+  // segment; with AIncludeIn also the segment's ends that lie inside the figure.
+  // A circle is met as a whole circle.
+  static std::vector<TKRNVector2d> Intersect(const TKRNCustomLine2d& ASeg, const TKRNCustomPolygon2d& APoly,
+                                             bool AIncludeIn, double AEpsilon = KRNEpsilon);
+
   // Where the boundaries of two figures meet, each point once; with AIncludeIn also
   // the vertices of each figure that lie inside or on the other, so that a figure
   // wholly inside the other still answers. Empty: the figures are apart.

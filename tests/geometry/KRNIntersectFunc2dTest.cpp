@@ -341,3 +341,32 @@ TEST(TKRNIntersectFunc2d, ExtensionsMeet) {
   EXPECT_NEAR(Near.X, -std::sqrt(99.0), 1e-9);
   EXPECT_FALSE(IF::LimitExtIntersect(A, C, {0, 0}, Near));
 }
+
+TEST(TKRNIntersectFunc2d, SegmentAgainstAFigure) {
+  const TKRNCircle2d Circle({0, 0}, 5);
+  const TKRNPolygon2d Square(TKRNBox2d{{0, 0}, {10, 10}});
+  const struct {
+    const char* Name;
+    TKRNLine2d Line;
+    const TKRNCustomPolygon2d* Figure;
+    bool IncludeIn;
+    std::vector<TKRNVector2d> Pts;
+  } Cases[] = {
+      {"through a circle, in order", TKRNLine2d({10, 0}, {-10, 0}), &Circle, false, {{5, 0}, {-5, 0}}},
+      {"from inside a circle", TKRNLine2d({0, 0}, {10, 0}), &Circle, false, {{5, 0}}},
+      {"from inside, with the inner end", TKRNLine2d({0, 0}, {10, 0}), &Circle, true, {{0, 0}, {5, 0}}},
+      {"short of the circle", TKRNLine2d({6, 0}, {10, 0}), &Circle, true, {}},
+      {"across a square", TKRNLine2d({-5, 5}, {15, 5}), &Square, false, {{0, 5}, {10, 5}}},
+      {"through a corner once", TKRNLine2d({-5, -5}, {5, 5}), &Square, false, {{0, 0}}},
+  };
+  for (const auto& C : Cases) {
+    SCOPED_TRACE(C.Name);
+    const auto Got = IF::Intersect(C.Line, *C.Figure, C.IncludeIn);
+    ASSERT_EQ(Got.size(), C.Pts.size());
+    for (size_t I = 0; I < Got.size(); ++I)
+      ExpectPt(Got[I], C.Pts[I], 1e-9);
+  }
+  // an arc meets the circle of another as a whole circle
+  const TKRNArc2d Arc({8, 0}, {0, 8}, 8, atACS);
+  EXPECT_EQ(IF::Intersect(Arc, TKRNCircle2d({8, 8}, 8), false).size(), 2u);
+}
