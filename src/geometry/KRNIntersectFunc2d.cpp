@@ -19,6 +19,19 @@ bool OnArc(const TKRNVector2d& P, const TKRNVector2d& S, const TKRNVector2d& E, 
   return PF::PointPosition(P, TKRNArc2d(S, E, R, T), AEpsilon) != ppOut;
 }
 
+// The arc a segment stands for: only an arc with a valid centre counts.
+const TKRNArc2d* ValidArcOf(const TKRNCustomLine2d& S) {
+  const auto* A = dynamic_cast<const TKRNArc2d*>(&S);
+  return A && A->IsValidateArc() ? A : nullptr;
+}
+
+void KeepDistinct(std::vector<TKRNVector2d>& AOut, const TKRNVector2d& P, double AEpsilon) {
+  for (const TKRNVector2d& Q : AOut)
+    if (PointIsSame(P, Q, AEpsilon))
+      return;
+  AOut.push_back(P);
+}
+
 // Keeps the points that differ from those already kept.
 int AddDistinct(TKRNVector2d* AOut, int ACount, const TKRNVector2d& P, double AEpsilon) {
   for (int I = 0; I < ACount; ++I)
@@ -263,12 +276,8 @@ TKRNIntersectType TKRNIntersectFunc2d::Intersect(const TKRNCustomLine2d& ASeg1, 
                                                  TKRNVector2d& APt1, TKRNVector2d& APt2, double AEpsilon,
                                                  bool ACalculatorEpsilon) {
   (void)ACalculatorEpsilon;
-  const auto ArcOf = [](const TKRNCustomLine2d& S) -> const TKRNArc2d* {
-    const auto* A = dynamic_cast<const TKRNArc2d*>(&S);
-    return A && A->IsValidateArc() ? A : nullptr;
-  };
-  const TKRNArc2d* A1 = ArcOf(ASeg1);
-  const TKRNArc2d* A2 = ArcOf(ASeg2);
+  const TKRNArc2d* A1 = ValidArcOf(ASeg1);
+  const TKRNArc2d* A2 = ValidArcOf(ASeg2);
   if (!A1 && !A2)
     return Intersect(ASeg1.StartPt(), ASeg1.EndPt(), ASeg2.StartPt(), ASeg2.EndPt(), APt1, APt2, AEpsilon);
   if (A1 && A2)
@@ -284,12 +293,7 @@ std::vector<TKRNVector2d> TKRNIntersectFunc2d::IntersectPts(const TKRNCustomPoly
                                                            const TKRNCustomPolygon2d& APolygon2, bool AIncludeIn,
                                                            double AEpsilon) {
   std::vector<TKRNVector2d> R;
-  const auto Keep = [&](const TKRNVector2d& P) {
-    for (const TKRNVector2d& Q : R)
-      if (PointIsSame(P, Q, AEpsilon))
-        return;
-    R.push_back(P);
-  };
+  const auto Keep = [&](const TKRNVector2d& P) { KeepDistinct(R, P, AEpsilon); };
   if (!BoxIsOverlapping(APolygon1.Box(), APolygon2.Box(), true, AEpsilon))
     return R;
   std::vector<TKRNPtr<TKRNCustomLine2d>> E1, E2;
@@ -330,12 +334,8 @@ std::vector<TKRNVector2d> TKRNIntersectFunc2d::IntersectPts(const TKRNCustomPoly
 
 TKRNIntersectType TKRNIntersectFunc2d::ExtIntersect(const TKRNCustomLine2d& ASeg1, const TKRNCustomLine2d& ASeg2,
                                                     TKRNVector2d& APt1, TKRNVector2d& APt2, double AEpsilon) {
-  const auto ArcOf = [](const TKRNCustomLine2d& S) -> const TKRNArc2d* {
-    const auto* A = dynamic_cast<const TKRNArc2d*>(&S);
-    return A && A->IsValidateArc() ? A : nullptr;
-  };
-  const TKRNArc2d* A1 = ArcOf(ASeg1);
-  const TKRNArc2d* A2 = ArcOf(ASeg2);
+  const TKRNArc2d* A1 = ValidArcOf(ASeg1);
+  const TKRNArc2d* A2 = ValidArcOf(ASeg2);
   const auto Line = [](const TKRNCustomLine2d& S) {
     return TKRNBeeline2d(S.StartPt(), VectorSub(S.EndPt(), S.StartPt()));
   };
@@ -366,14 +366,9 @@ std::vector<TKRNVector2d> TKRNIntersectFunc2d::Intersect(const TKRNCustomLine2d&
                                                         const TKRNCustomPolygon2d& APoly, bool AIncludeIn,
                                                         double AEpsilon) {
   std::vector<TKRNVector2d> R;
-  const auto Keep = [&](const TKRNVector2d& P) {
-    for (const TKRNVector2d& Q : R)
-      if (PointIsSame(P, Q, AEpsilon))
-        return;
-    R.push_back(P);
-  };
-  const auto* Arc = dynamic_cast<const TKRNArc2d*>(&ASeg);
-  const bool IsArc = Arc && Arc->IsValidateArc();
+  const auto Keep = [&](const TKRNVector2d& P) { KeepDistinct(R, P, AEpsilon); };
+  const TKRNArc2d* Arc = ValidArcOf(ASeg);
+  const bool IsArc = Arc != nullptr;
   if (const auto* C = dynamic_cast<const TKRNCircle2d*>(&APoly)) {
     TKRNVector2d P[2];
     TKRNIntersectType T;
