@@ -25,14 +25,14 @@ TVectorDrawing& Drawing() {
     for (int I = 0; I < 100000; ++I) {
       const TKRNVector2d P{U(Rng), U(Rng) * 0.5625};
       switch (I % 5) {
-        case 0: Dr->Add(new TVectorLine(Dr, 0, 0xFF, 0, psSolid, 0, 0, msNone, msNone, P, {P.X + 200, P.Y + 50})); break;
-        case 1: Dr->Add(new TVectorArc(Dr, 0, 0xFF00, 0, psSolid, 0, 0, msNone, msNone, P, {P.X + 100, P.Y}, 80, atACS)); break;
-        case 2: Dr->Add(new TVectorCircle(Dr, 0, 0xFF0000, 0, psSolid, P, 40)); break;
+        case 0: Dr->Add(std::unique_ptr<TVectorDrawingItem>(new TVectorLine(Dr, 0, 0xFF, 0, psSolid, 0, 0, msNone, msNone, P, {P.X + 200, P.Y + 50}))); break;
+        case 1: Dr->Add(std::unique_ptr<TVectorDrawingItem>(new TVectorArc(Dr, 0, 0xFF00, 0, psSolid, 0, 0, msNone, msNone, P, {P.X + 100, P.Y}, 80, atACS))); break;
+        case 2: Dr->Add(std::unique_ptr<TVectorDrawingItem>(new TVectorCircle(Dr, 0, 0xFF0000, 0, psSolid, P, 40))); break;
         case 3:
-          Dr->Add(new TVectorText(Dr, 0, 0, QStringLiteral("L=1500"), P, 0, QStringLiteral("宋体"), 30, 0, haLeftJustify,
-                                  vaBottomJustify, true, 0, QString()));
+          Dr->Add(std::unique_ptr<TVectorDrawingItem>(new TVectorText(Dr, 0, 0, QStringLiteral("L=1500"), P, 0, QStringLiteral("宋体"), 30, 0, haLeftJustify,
+                                  vaBottomJustify, true, 0, QString())));
           break;
-        default: Dr->Add(new TVectorHatch(Dr, 0, 0x808080, 4, TKRNPolygon2d(TKRNBox2d{P, {P.X + 60, P.Y + 60}}))); break;
+        default: Dr->Add(std::unique_ptr<TVectorDrawingItem>(new TVectorHatch(Dr, 0, 0x808080, 4, TKRNPolygon2d(TKRNBox2d{P, {P.X + 60, P.Y + 60}})))); break;
       }
     }
     Dr->EndUpdate();

@@ -6,7 +6,7 @@ PACKAGES=(
   build-essential cmake ninja-build pkg-config ccache
   qt6-base-dev qt6-base-dev-tools qt6-translations-l10n
   libpcre2-dev libsqlite3-dev libpq-dev postgresql
-  libdxflib-dev libpugixml-dev
+  libdxflib-dev libpugixml-dev libboost-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   xvfb xauth fonts-wqy-microhei fonts-dejavu-core
 )

@@ -85,12 +85,16 @@ void TVectorHatch::Accept(IVDIVisitor& AVisitor) {
   Changed(true);
 }
 
+void TVectorHatch::Inspect(IVDIVisitor& AVisitor) { AVisitor.VisitHatch(*this); }
+
 std::unique_ptr<TVDICoordData> TVectorHatch::CreateCoordData() const {
   return std::make_unique<TVDIHatchCoordData>(FID, FXPoly->Clone());
 }
 
 void TVectorHatch::SetCoordData(const TVDICoordData& ACoordData) {
-  if (const auto* D = dynamic_cast<const TVDIHatchCoordData*>(&ACoordData)) SetXPoly(*D->FXPoly);
+  const auto* D = dynamic_cast<const TVDIHatchCoordData*>(&ACoordData);
+  if (!D) RaiseCoordDataMismatch(*this);
+  SetXPoly(*D->FXPoly);
 }
 
 void TVectorHatch::SetXPoly(const TKRNPolygon2d& APoly) {

@@ -327,15 +327,17 @@ void TVectorLine::Accept(IVDIVisitor& AVisitor) {
   Changed(true);
 }
 
+void TVectorLine::Inspect(IVDIVisitor& AVisitor) { AVisitor.VisitLine(*this); }
+
 std::unique_ptr<TVDICoordData> TVectorLine::CreateCoordData() const {
   return std::make_unique<TVDILineCoordData>(FID, FXLine->Clone());
 }
 
 void TVectorLine::SetCoordData(const TVDICoordData& ACoordData) {
-  if (const auto* D = dynamic_cast<const TVDILineCoordData*>(&ACoordData)) {
-    FXLine->Assign(*D->FLine);
-    Changed(true);
-  }
+  const auto* D = dynamic_cast<const TVDILineCoordData*>(&ACoordData);
+  if (!D) RaiseCoordDataMismatch(*this);
+  FXLine->Assign(*D->FLine);
+  Changed(true);
 }
 
 void TVectorLine::DrawPath(QPainter& AHDC, const TKRNCoordTrans& ACoordTrans, int AStyle, TColor AColor,
@@ -369,15 +371,17 @@ void TVectorArc::Accept(IVDIVisitor& AVisitor) {
   Changed(true);
 }
 
+void TVectorArc::Inspect(IVDIVisitor& AVisitor) { AVisitor.VisitArc(*this); }
+
 std::unique_ptr<TVDICoordData> TVectorArc::CreateCoordData() const {
   return std::make_unique<TVDIArcCoordData>(FID, Arc());
 }
 
 void TVectorArc::SetCoordData(const TVDICoordData& ACoordData) {
-  if (const auto* D = dynamic_cast<const TVDIArcCoordData*>(&ACoordData)) {
-    Arc().Assign(D->FArc);
-    Changed(true);
-  }
+  const auto* D = dynamic_cast<const TVDIArcCoordData*>(&ACoordData);
+  if (!D) RaiseCoordDataMismatch(*this);
+  Arc().Assign(D->FArc);
+  Changed(true);
 }
 
 // ---- polyline ---------------------------------------------------------------
@@ -450,16 +454,18 @@ void TVectorPolyline::Accept(IVDIVisitor& AVisitor) {
   Changed(true);
 }
 
+void TVectorPolyline::Inspect(IVDIVisitor& AVisitor) { AVisitor.VisitPolyline(*this); }
+
 std::unique_ptr<TVDICoordData> TVectorPolyline::CreateCoordData() const {
   return std::make_unique<TVDIPolylineCoordData>(FID, FPolyline->Clone());
 }
 
 void TVectorPolyline::SetCoordData(const TVDICoordData& ACoordData) {
-  if (const auto* D = dynamic_cast<const TVDIPolylineCoordData*>(&ACoordData)) {
-    FPolyline->Assign(*D->FPolyline);
-    RefillEdges();
-    Changed(true);
-  }
+  const auto* D = dynamic_cast<const TVDIPolylineCoordData*>(&ACoordData);
+  if (!D) RaiseCoordDataMismatch(*this);
+  FPolyline->Assign(*D->FPolyline);
+  RefillEdges();
+  Changed(true);
 }
 
 void TVectorPolyline::DrawPath(QPainter& AHDC, const TKRNCoordTrans& ACoordTrans, int AStyle, TColor AColor,

@@ -101,6 +101,7 @@ public:
   TKRNVector2d GetGrips(int AIndex) const override;
   void Assign(const TVectorDrawingItem& ASource) override;
   void Accept(IVDIVisitor& AVisitor) override;
+  void Inspect(IVDIVisitor& AVisitor) override;
   std::unique_ptr<TVDICoordData> CreateCoordData() const override;
   void SetCoordData(const TVDICoordData& ACoordData) override;
 
@@ -132,6 +133,7 @@ public:
   void ReadFromXMLNode(IXMLNode& ANode) override;
   void WriteToXMLNode(IXMLNode& ANode) const override;
   void Accept(IVDIVisitor& AVisitor) override;
+  void Inspect(IVDIVisitor& AVisitor) override;
   std::unique_ptr<TVDICoordData> CreateCoordData() const override;
   void SetCoordData(const TVDICoordData& ACoordData) override;
   TKRNArc2d& Arc() { return static_cast<TKRNArc2d&>(*FXLine); }
@@ -158,6 +160,7 @@ public:
   TKRNVector2d GetGrips(int AIndex) const override;
   void Assign(const TVectorDrawingItem& ASource) override;
   void Accept(IVDIVisitor& AVisitor) override;
+  void Inspect(IVDIVisitor& AVisitor) override;
   std::unique_ptr<TVDICoordData> CreateCoordData() const override;
   void SetCoordData(const TVDICoordData& ACoordData) override;
 

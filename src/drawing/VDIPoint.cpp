@@ -73,12 +73,16 @@ void TVectorPoint::Accept(IVDIVisitor& AVisitor) {
   Changed(true);
 }
 
+void TVectorPoint::Inspect(IVDIVisitor& AVisitor) { AVisitor.VisitPoint(*this); }
+
 std::unique_ptr<TVDICoordData> TVectorPoint::CreateCoordData() const {
   return std::make_unique<TVDIPointCoordData>(FID, FInsertPt);
 }
 
 void TVectorPoint::SetCoordData(const TVDICoordData& ACoordData) {
-  if (const auto* D = dynamic_cast<const TVDIPointCoordData*>(&ACoordData)) SetInsertPt(D->FInsertPt);
+  const auto* D = dynamic_cast<const TVDIPointCoordData*>(&ACoordData);
+  if (!D) RaiseCoordDataMismatch(*this);
+  SetInsertPt(D->FInsertPt);
 }
 
 void TVectorPoint::SetInsertPt(const TKRNVector2d& AValue) {
@@ -178,16 +182,18 @@ void TVectorCircle::Accept(IVDIVisitor& AVisitor) {
   Changed(true);
 }
 
+void TVectorCircle::Inspect(IVDIVisitor& AVisitor) { AVisitor.VisitCircle(*this); }
+
 std::unique_ptr<TVDICoordData> TVectorCircle::CreateCoordData() const {
   return std::make_unique<TVDICircleCoordData>(FID, FCenterPt, FRadius);
 }
 
 void TVectorCircle::SetCoordData(const TVDICoordData& ACoordData) {
-  if (const auto* D = dynamic_cast<const TVDICircleCoordData*>(&ACoordData)) {
-    FCenterPt = D->FCenterPt;
-    FRadius = D->FRadius;
-    Changed(true);
-  }
+  const auto* D = dynamic_cast<const TVDICircleCoordData*>(&ACoordData);
+  if (!D) RaiseCoordDataMismatch(*this);
+  FCenterPt = D->FCenterPt;
+  FRadius = D->FRadius;
+  Changed(true);
 }
 
 void TVectorCircle::SetCircle(const TKRNVector2d& ACenterPt, double ARadius) {

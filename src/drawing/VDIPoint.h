@@ -28,6 +28,7 @@ public:
   void SetPropValues(TVDEPropType APropType, const QString& AValue) override;
   void Assign(const TVectorDrawingItem& ASource) override;
   void Accept(IVDIVisitor& AVisitor) override;
+  void Inspect(IVDIVisitor& AVisitor) override;
   std::unique_ptr<TVDICoordData> CreateCoordData() const override;
   void SetCoordData(const TVDICoordData& ACoordData) override;
   bool HitSelect(const TKRNVector2d& AStartPt, const TKRNVector2d& AEndPt, double ATol) override;
@@ -70,6 +71,7 @@ public:
   void SetPropValues(TVDEPropType APropType, const QString& AValue) override;
   void Assign(const TVectorDrawingItem& ASource) override;
   void Accept(IVDIVisitor& AVisitor) override;
+  void Inspect(IVDIVisitor& AVisitor) override;
   std::unique_ptr<TVDICoordData> CreateCoordData() const override;
   void SetCoordData(const TVDICoordData& ACoordData) override;
   bool HitSelect(const TKRNVector2d& AStartPt, const TKRNVector2d& AEndPt, double ATol) override;

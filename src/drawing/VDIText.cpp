@@ -143,13 +143,16 @@ void TVectorText::Accept(IVDIVisitor& AVisitor) {
   Changed(true);
 }
 
+void TVectorText::Inspect(IVDIVisitor& AVisitor) { AVisitor.VisitText(*this); }
+
 std::unique_ptr<TVDICoordData> TVectorText::CreateCoordData() const {
   return std::make_unique<TVDITextCoordData>(FID, FAngle, FInsertPt);
 }
 
 void TVectorText::SetCoordData(const TVDICoordData& ACoordData) {
   const auto* D = dynamic_cast<const TVDITextCoordData*>(&ACoordData);
-  if (!D || (PointIsSame(FInsertPt, D->FInsertPt, KRNEpsilon) && float(D->FAngle) == FAngle)) return;
+  if (!D) RaiseCoordDataMismatch(*this);
+  if (PointIsSame(FInsertPt, D->FInsertPt, KRNEpsilon) && float(D->FAngle) == FAngle) return;
   FInsertPt = D->FInsertPt;
   FAngle = float(D->FAngle);
   Changed(true);

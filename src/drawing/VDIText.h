@@ -30,6 +30,7 @@ public:
   void SetPropValues(TVDEPropType APropType, const QString& AValue) override;
   void Assign(const TVectorDrawingItem& ASource) override;
   void Accept(IVDIVisitor& AVisitor) override;
+  void Inspect(IVDIVisitor& AVisitor) override;
   std::unique_ptr<TVDICoordData> CreateCoordData() const override;
   void SetCoordData(const TVDICoordData& ACoordData) override;
   bool HitSelect(const TKRNVector2d& AStartPt, const TKRNVector2d& AEndPt, double ATol) override;
@@ -99,6 +100,7 @@ public:
   TKRNVector2d GetGrips(int) const override { return {}; }
   void Assign(const TVectorDrawingItem& ASource) override;
   void Accept(IVDIVisitor&) override {}
+  void Inspect(IVDIVisitor&) override {}
   std::unique_ptr<TVDICoordData> CreateCoordData() const override { return nullptr; }
   void SetCoordData(const TVDICoordData&) override {}
   bool HitSelect(const TKRNVector2d&, const TKRNVector2d&, double) override { return false; }

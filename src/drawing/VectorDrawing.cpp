@@ -196,9 +196,28 @@ int TVectorDrawing::IndexOf(const TVectorDrawingItem* AItem) const {
 }
 
 int TVectorDrawing::IndexOfID(int AID) const {
-  for (size_t I = 0; I < FList.size(); ++I)
-    if (FList[I]->ID() == AID) return int(I);
-  return -1;
+  const TVectorDrawingItem* Item = ItemByID(AID);
+  return Item ? IndexOf(Item) : -1;
+}
+
+TVectorDrawingItem* TVectorDrawing::ItemByID(int AID) const {
+  const auto It = FIDIndex.find(AID);
+  if (It != FIDIndex.end() && It->second->ID() == AID) return It->second;
+  // IDs may have been changed on items in the list: rebuild once and look again.
+  FIDIndex.clear();
+  TVectorDrawingItem* Found = nullptr;
+  for (auto I = FList.rbegin(); I != FList.rend(); ++I) {
+    FIDIndex[(*I)->ID()] = I->get();
+    if ((*I)->ID() == AID) Found = I->get();
+  }
+  // Of duplicate IDs the first in the list wins, as a walk from the start finds it.
+  if (Found) FIDIndex[AID] = Found;
+  return Found;
+}
+
+void TVectorDrawing::UnindexID(const TVectorDrawingItem* AItem) {
+  const auto It = FIDIndex.find(AItem->ID());
+  if (It != FIDIndex.end() && It->second == AItem) FIDIndex.erase(It);
 }
 
 // IDs read from a file may be anything: the counter saturates instead of overflowing.
@@ -210,8 +229,12 @@ void TVectorDrawing::RecalcMaxID() {
   FMaxID = After(M);
 }
 
-int TVectorDrawing::Add(TVectorDrawingItem* AItem) {
-  if (IndexOfID(AItem->ID()) == -1) {
+int TVectorDrawing::Add(std::unique_ptr<TVectorDrawingItem> AItem) {
+  return Insert(Count(), std::move(AItem));
+}
+
+int TVectorDrawing::Insert(int AIndex, std::unique_ptr<TVectorDrawingItem> AItem) {
+  if (!ItemByID(AItem->ID())) {
     if (AItem->ID() >= FMaxID) FMaxID = After(AItem->ID());
   } else {
     AItem->SetID(FMaxID);
@@ -219,21 +242,38 @@ int TVectorDrawing::Add(TVectorDrawingItem* AItem) {
   }
   if (AItem->Owner() != this) AItem->SetOwner(this);
   if (!AItem->Layer() || FLayers->IndexOf(AItem->Layer()) < 0) AItem->SetLayerRaw(FLayers->Items(0));
-  FList.emplace_back(AItem);
+  TVectorDrawingItem* Item = AItem.get();
+  const int Index = std::clamp(AIndex, 0, Count());
+  FList.insert(FList.begin() + Index, std::move(AItem));
+  IndexID(Item);
   DoChange();
-  if (OnItemAdded) OnItemAdded(AItem->ID());
-  return Count() - 1;
+  if (OnItemAdded) OnItemAdded(Item->ID());
+  return Index;
+}
+
+std::unique_ptr<TVectorDrawingItem> TVectorDrawing::Extract(int AIndex) {
+  TVectorDrawingItem* Item = FList[size_t(AIndex)].get();
+  if (Item->Selected()) FSelSet->Remove(Item);
+  std::unique_ptr<TVectorDrawingItem> Owned = std::move(FList[size_t(AIndex)]);
+  FList.erase(FList.begin() + AIndex);
+  UnindexID(Item);
+  const int ID = Item->ID();
+  DoChange();
+  if (OnItemDeleted) OnItemDeleted(ID);
+  return Owned;
 }
 
 void TVectorDrawing::AppendRaw(TVectorDrawingItem* AItem) {
   AItem->SetOwner(this);
   FList.emplace_back(AItem);
+  FIDIndex.emplace(AItem->ID(), AItem);
 }
 
 void TVectorDrawing::Delete(int AIndex) {
   TVectorDrawingItem* Item = FList[size_t(AIndex)].get();
   if (Item->Selected()) FSelSet->Remove(Item);
   const int ID = Item->ID();
+  UnindexID(Item);
   FList.erase(FList.begin() + AIndex);
   DoChange();
   if (OnItemDeleted) OnItemDeleted(ID);
@@ -252,6 +292,7 @@ void TVectorDrawing::Clear() {
     if (OnItemDeleted) OnItemDeleted(FList[size_t(I)]->ID());
   FSelSet->Clear();
   FList.clear();
+  FIDIndex.clear();
   FLayers->Clear();
   EndUpdate();
   DoChange();

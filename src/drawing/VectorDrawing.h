@@ -13,6 +13,7 @@
 #include <functional>
 #include <limits>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 class TVectorDrawing;
@@ -122,9 +123,14 @@ public:
   TVectorDrawing(const TVectorDrawing&) = delete;
   TVectorDrawing& operator=(const TVectorDrawing&) = delete;
 
-  // Takes ownership. An ID already in use is replaced from FMaxID; an item without a
-  // layer of this drawing gets layer 0. Returns the list index.
-  int Add(TVectorDrawingItem* AItem);
+  // An ID already in use is replaced from FMaxID; an item without a layer of this
+  // drawing gets layer 0. Returns the list index.
+  int Add(std::unique_ptr<TVectorDrawingItem> AItem);
+  // Add at AIndex (clamped to the list), so an undo puts an item back where it was.
+  int Insert(int AIndex, std::unique_ptr<TVectorDrawingItem> AItem);
+  // Takes the item out of the list (and the selection) and hands it over; counted
+  // and reported as a deletion.
+  std::unique_ptr<TVectorDrawingItem> Extract(int AIndex);
   void Delete(int AIndex);
   void Remove(TVectorDrawingItem* AItem);
   void Clear();
@@ -133,6 +139,8 @@ public:
   TVectorDrawingItem* Items(int AIndex) const { return FList[size_t(AIndex)].get(); }
   int IndexOf(const TVectorDrawingItem* AItem) const;
   int IndexOfID(int AID) const;
+  // Through a hash index: O(1) unless IDs were changed behind the drawing's back.
+  TVectorDrawingItem* ItemByID(int AID) const;
   int GenID() { return FMaxID < std::numeric_limits<int>::max() ? ++FMaxID : FMaxID; }
   int MaxID() const { return FMaxID; }
   void SetMaxID(int AValue) { FMaxID = AValue; }
@@ -221,6 +229,8 @@ public:
   void Assign(const TVectorDrawing& ASource);
 
 private:
+  void IndexID(TVectorDrawingItem* AItem) { FIDIndex[AItem->ID()] = AItem; }
+  void UnindexID(const TVectorDrawingItem* AItem);
   void LoadBinary(TStream& AStream);
   void LoadXML(TStream& AStream);
   std::vector<TVectorDrawingItem*> ItemsToSave(bool AOnlySelItems) const;
@@ -234,6 +244,7 @@ private:
   QString FExtData;
   std::unique_ptr<TLayers> FLayers;
   std::vector<std::unique_ptr<TVectorDrawingItem>> FList;
+  mutable std::unordered_map<int, TVectorDrawingItem*> FIDIndex;
   int FMaxID = 0;
   QString FRemark;
   std::unique_ptr<TVectorDrawingSelSet> FSelSet;

@@ -1,6 +1,7 @@
 #include "VectorDrawingItem.h"
 
 #include "VectorDrawing.h"
+#include "VDIFormat.h"
 
 #include <limits>
 #include <vector>
@@ -92,7 +93,7 @@ TVectorDrawingItem* TVectorDrawingItem::Clone(TVectorDrawing* AOwner) const {
     C->FID = AOwner->GenID();
   }
   C->OnDelete = OnDelete;
-  if (AOwner) AOwner->Add(C);
+  if (AOwner) AOwner->Add(std::unique_ptr<TVectorDrawingItem>(C));
   return C;
 }
 
@@ -165,4 +166,8 @@ void RegisterDrawingItemClasses() {
     return true;
   }();
   (void)Done;
+}
+
+void RaiseCoordDataMismatch(const TVectorDrawingItem& AItem) {
+  throw EVDEError(QStringLiteral("图元%1的坐标数据类型不符").arg(AItem.ID()));
 }

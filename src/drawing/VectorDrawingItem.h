@@ -133,7 +133,10 @@ public:
   // Copies the shared fields; the layer only between items of one drawing.
   virtual void Assign(const TVectorDrawingItem& ASource);
   virtual void Accept(IVDIVisitor& AVisitor) = 0;
+  // The same dispatch for a visitor that only reads: nothing is rebuilt or counted.
+  virtual void Inspect(IVDIVisitor& AVisitor) = 0;
   virtual std::unique_ptr<TVDICoordData> CreateCoordData() const = 0;
+  // Raises EVDEError for a record of another item kind.
   virtual void SetCoordData(const TVDICoordData& ACoordData) = 0;
   virtual int DisplayLevel() const = 0;
   virtual int ItemType() const = 0;
@@ -154,6 +157,7 @@ public:
   // A copy of the same class. Without an owner it keeps the ID; into its own drawing
   // it takes a new one; into another drawing it keeps a free ID. Added to AOwner.
   TVectorDrawingItem* Clone(TVectorDrawing* AOwner) const;
+  std::unique_ptr<TVectorDrawingItem> DetachedClone() const { return std::unique_ptr<TVectorDrawingItem>(Clone(nullptr)); }
   // Calls OnDelete, then leaves the owner (which frees it), or frees itself.
   void Delete();
   void Draw(QPainter& AHDC, const TKRNCoordTrans& ACoordTrans, bool AElasticMode);
@@ -222,6 +226,9 @@ protected:
   bool FVisible = true;
   TKRNBox2d FOutRect{};
 };
+
+// Raised by SetCoordData for a snapshot of another item kind.
+[[noreturn]] void RaiseCoordDataMismatch(const TVectorDrawingItem& AItem);
 
 // ---- the class registry -----------------------------------------------------
 

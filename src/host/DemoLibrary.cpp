@@ -83,7 +83,7 @@ public:
 
 private:
   int Put(TVectorDrawingItem* AItem) {
-    FD.Add(AItem);
+    FD.Add(std::unique_ptr<TVectorDrawingItem>(AItem));
     return AItem->ID();
   }
 

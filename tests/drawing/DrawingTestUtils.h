@@ -12,13 +12,13 @@
 
 inline TVectorLine* AddLine(TVectorDrawing& D, TKRNVector2d A, TKRNVector2d B, int AWidth = 0) {
   auto* L = new TVectorLine(&D, 0, 0x00FF00, AWidth, psSolid, 0, 0, msNone, msNone, A, B);
-  D.Add(L);
+  D.Add(std::unique_ptr<TVectorDrawingItem>(L));
   return L;
 }
 
 inline TVectorHatch* AddHatch(TVectorDrawing& D, TKRNBox2d ABox, int AStyle = bsSolid) {
   auto* H = new TVectorHatch(&D, 0, 0x0000FF, AStyle, TKRNPolygon2d(ABox));
-  D.Add(H);
+  D.Add(std::unique_ptr<TVectorDrawingItem>(H));
   return H;
 }
 

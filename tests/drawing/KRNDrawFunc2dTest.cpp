@@ -80,7 +80,7 @@ TEST(TVectorDrawing, DrawOrderLevelsAndSelection) {
   TVectorDrawing D;
   D.SetBackColor(0xFFFFFF);
   auto* L = new TVectorLine(&D, 0, 0x00FF00, -5, psSolid, 0, 0, msNone, msNone, {0, 50}, {100, 50});
-  D.Add(L);                                                      // level 1, added first
+  D.Add(std::unique_ptr<TVectorDrawingItem>(L));                                                      // level 1, added first
   TVectorHatch* H = AddHatch(D, {{20, 20}, {80, 80}});           // level 0, added later
   TCanvas C;
   {
@@ -114,7 +114,7 @@ TEST(TVectorDrawing, DrawToFitAndTextTag) {
   D.SetBackColor(0xFFFFFF);
   auto* T = new TVectorText(&D, 0, 0x000000, QStringLiteral("ABC"), {0, 0}, 0, QStringLiteral("宋体"), 10, 0,
                             haLeftJustify, vaBottomJustify, true, 0xFFFFFF, QString());
-  D.Add(T);
+  D.Add(std::unique_ptr<TVectorDrawingItem>(T));
   T->SetTag(1);  // highlighted: a red box even though transparent
   QImage Img(200, 100, QImage::Format_RGB32);
   Img.fill(Qt::black);

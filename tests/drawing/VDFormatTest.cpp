@@ -16,42 +16,42 @@ void Fill(TVectorDrawing& D) {
   D.SetExtData(QStringLiteral("host data"));
   TLayer* Bars = D.Layers().Add(QStringLiteral("钢筋"));
   auto* P = new TVectorPoint(&D, 0, 0x11, {1.23456789, -2}, 6, psCross);
-  D.Add(P);
+  D.Add(std::unique_ptr<TVectorDrawingItem>(P));
   auto* T = new TVectorText(&D, 0, 0x22, QStringLiteral("L=1500\r\n钢筋"), {10, 20}, 0.5, QStringLiteral("宋体"), 0, 3,
                             haCenter, vaTopJustify, false, 0xABCDEF, QStringLiteral("param"));
   T->SetFloatHeight(2.5f);
-  D.Add(T);
+  D.Add(std::unique_ptr<TVectorDrawingItem>(T));
   auto* L = new TVectorLine(&D, 0, 0x33, 2, psDash, -5, 8, msDiagonal, msArrow, {0, 0}, {100, 50});
   L->SetPrevItemID(4);
   L->SetNextItemID(9);
   L->SetLayer(Bars);
-  D.Add(L);
-  D.Add(new TVectorArc(&D, 0, 0x44, -1, psSolid, 0, 0, msNone, msDot, {30, 0}, {20, 0}, 5, atACS));
+  D.Add(std::unique_ptr<TVectorDrawingItem>(L));
+  D.Add(std::unique_ptr<TVectorDrawingItem>(new TVectorArc(&D, 0, 0x44, -1, psSolid, 0, 0, msNone, msDot, {30, 0}, {20, 0}, 5, atACS)));
   TKRNPolygon2d Poly;
   Poly.List().AddLinePoint({0, 0});
   Poly.List().AddLinePoint({10, 0});
   Poly.List().AddArcPoint({10, 10}, atACS, 7.5);
-  D.Add(new TVectorHatch(&D, 0, 0x55, bsCross, Poly));
-  D.Add(new TVectorCircle(&D, 0, 0x66, 3, psDot, {5, 5}, 2.25));
+  D.Add(std::unique_ptr<TVectorDrawingItem>(new TVectorHatch(&D, 0, 0x55, bsCross, Poly)));
+  D.Add(std::unique_ptr<TVectorDrawingItem>(new TVectorCircle(&D, 0, 0x66, 3, psDot, {5, 5}, 2.25)));
   auto* PL = new TVectorPolyline(&D);
   TKRNLines2d Lines;
   Lines.List().AddLinePoint({0, 0});
   Lines.List().AddArcPoint({5, 0}, atCL, 3);
   Lines.List().AddLinePoint({5, 5});
   PL->SetPolyline(Lines);
-  D.Add(PL);
+  D.Add(std::unique_ptr<TVectorDrawingItem>(PL));
   auto* M = new TVectorHatchM(&D, 0, 0x77);
   M->XPoly().Add(new TKRNPolygon2d(TKRNBox2d{{0, 0}, {1, 1}}));
   M->SetHatchStyle(3);
   M->HatchPatternData() << QStringLiteral("45,0,0,0,1");
-  D.Add(M);
+  D.Add(std::unique_ptr<TVectorDrawingItem>(M));
   auto* C = new TVectorComment(&D, 0, QStringLiteral("说明"), {3, 4}, QStringLiteral("2026-11-21"));
   C->CommentPoly().List().AddLinePoint({3, 4});
   C->CommentPoly().List().AddLinePoint({6, 8});
-  D.Add(C);
+  D.Add(std::unique_ptr<TVectorDrawingItem>(C));
   auto* V = new TVectorVPBorder(&D);
   V->SetPolyline(Lines);
-  D.Add(V);
+  D.Add(std::unique_ptr<TVectorDrawingItem>(V));
   for (int I = 0; I < D.Count(); ++I) {
     D.Items(I)->SetRelationID(100 + I);
     D.Items(I)->SetEnableType(I % 3);
@@ -467,7 +467,7 @@ TEST(VDEClipBrd, CopyAndPasteThroughTheClipboard) {
   EXPECT_EQ(M->XPoly().Count(), 0);  // the binary form drops its content
   // pasting into a drawing gives them an owner and layer 0
   TVectorDrawing Target;
-  for (auto& P : Pasted) Target.Add(P.release());
+  for (auto& P : Pasted) Target.Add(std::unique_ptr<TVectorDrawingItem>(P.release()));
   EXPECT_EQ(Target.Count(), Src.Count());
   EXPECT_EQ(Target.Items(0)->Layer(), Target.Layers().Items(0));
   CopyToClipboard({});  // nothing happens

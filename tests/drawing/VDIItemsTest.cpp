@@ -17,28 +17,28 @@ struct TKinds {
   TKinds() {
     Line = AddLine(D, {0, 0}, {10, 0});
     Arc = new TVectorArc(&D, 0, 0, 0, psSolid, 0, 0, msNone, msNone, {30, 0}, {20, 0}, 5, atACS);  // upper half of a circle at (25, 0)
-    D.Add(Arc);
+    D.Add(std::unique_ptr<TVectorDrawingItem>(Arc));
     Poly = new TVectorPolyline(&D);
     TKRNLines2d P;
     P.List().AddLinePoint({40, 0});
     P.List().AddLinePoint({50, 0});
     P.List().AddLinePoint({50, 10});
     Poly->SetPolyline(P);
-    D.Add(Poly);
+    D.Add(std::unique_ptr<TVectorDrawingItem>(Poly));
     Circle = new TVectorCircle(&D, 0, 0, 0, psSolid, {70, 0}, 5);
-    D.Add(Circle);
+    D.Add(std::unique_ptr<TVectorDrawingItem>(Circle));
     Point = new TVectorPoint(&D, 0, 0, {90, 0}, 4, psPoint);
-    D.Add(Point);
+    D.Add(std::unique_ptr<TVectorDrawingItem>(Point));
     Text = new TVectorText(&D, 0, 0, QString(), {100, 0}, 0, QStringLiteral("宋体"), 12, 0, haLeftJustify,
                            vaBottomJustify, true, 0, QString());
-    D.Add(Text);  // empty text: a 24 x 12 box standing on (100, 0)
+    D.Add(std::unique_ptr<TVectorDrawingItem>(Text));  // empty text: a 24 x 12 box standing on (100, 0)
     Hatch = AddHatch(D, {{130, 0}, {140, 10}});
     HatchM = new TVectorHatchM(&D, 0, 0);
-    D.Add(HatchM);
+    D.Add(std::unique_ptr<TVectorDrawingItem>(HatchM));
     Comment = new TVectorComment(&D, 0, QStringLiteral("note"), {150, 0});
     Comment->CommentPoly().List().AddLinePoint({150, 0});
     Comment->CommentPoly().List().AddLinePoint({155, 5});
-    D.Add(Comment);
+    D.Add(std::unique_ptr<TVectorDrawingItem>(Comment));
   }
 };
 }  // namespace
@@ -102,14 +102,14 @@ TEST(TVectorDrawingItem, HitTestsByKind) {
   // the multi-hatch hides nothing below it
   TVectorDrawing D;
   TVectorHatch* Below = AddHatch(D, {{0, 0}, {10, 10}});
-  D.Add(new TVectorHatchM(&D, 0, 0));
+  D.Add(std::unique_ptr<TVectorDrawingItem>(new TVectorHatchM(&D, 0, 0)));
   EXPECT_EQ(D.HitTest({5, 5}, 0.1), Below);
 }
 
 TEST(TVectorLine, MarksCountEverywhere) {
   TVectorDrawing D;
   auto* L = new TVectorLine(&D, 0, 0, 0, psSolid, 0, 20, msNone, msArrow, {0, 0}, {100, 0});
-  D.Add(L);
+  D.Add(std::unique_ptr<TVectorDrawingItem>(L));
   // the arrow's base is 20 back from the tip and 20/3 to each side
   EXPECT_NEAR(L->OutRect().MaxY(), 20.0 / 3, 1e-9);
   EXPECT_NEAR(L->OutRect().MinY(), -20.0 / 3, 1e-9);
@@ -160,7 +160,7 @@ TEST(TVectorPolyline, EdgesAndGrips) {
   L.List().AddArcPoint({10, 0}, atACS, 5);
   L.List().AddLinePoint({0, 0});
   P->SetPolyline(L);
-  D.Add(P);
+  D.Add(std::unique_ptr<TVectorDrawingItem>(P));
   EXPECT_EQ(P->GetEdgeCount(), 2);
   EXPECT_TRUE(P->GetEdge(1)->IsArcType());
   EXPECT_EQ(P->GetGripCount(), 4);  // three vertices and one arc middle

@@ -43,7 +43,7 @@ struct TScene {
   }
   template <class T>
   T* Put(T* AItem) {
-    D.Add(AItem);
+    D.Add(std::unique_ptr<TVectorDrawingItem>(AItem));
     return AItem;
   }
   void AcceptAll(IVDIVisitor& V) {

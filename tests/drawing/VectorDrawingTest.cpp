@@ -33,21 +33,21 @@ TEST(TVectorDrawing, AddKeepsOrRenumbersIDs) {
   QList<int> Added;
   D.OnItemAdded = [&](int AID) { Added << AID; };
   auto* A = new TVectorPoint(&D, 5, 0, {0, 0}, 4, psPoint);
-  D.Add(A);
+  D.Add(std::unique_ptr<TVectorDrawingItem>(A));
   EXPECT_EQ(A->ID(), 5);
   EXPECT_EQ(D.MaxID(), 6);
   auto* B = new TVectorPoint(&D, 5, 0, {1, 1}, 4, psPoint);  // taken: numbered from FMaxID
-  D.Add(B);
+  D.Add(std::unique_ptr<TVectorDrawingItem>(B));
   EXPECT_EQ(B->ID(), 6);
   EXPECT_EQ(D.MaxID(), 7);
   auto* C = new TVectorPoint(&D, 2, 0, {2, 2}, 4, psPoint);  // free, below FMaxID: kept
-  D.Add(C);
+  D.Add(std::unique_ptr<TVectorDrawingItem>(C));
   EXPECT_EQ(C->ID(), 2);
   EXPECT_EQ(D.MaxID(), 7);
   EXPECT_EQ(D.GenID(), 8);  // GenID increments first
   EXPECT_EQ(Added, (QList<int>{5, 6, 2}));
   // an ID at the top of the range (as a damaged file may hold) saturates the counter
-  D.Add(new TVectorPoint(&D, std::numeric_limits<int>::max(), 0, {3, 3}, 4, psPoint));
+  D.Add(std::unique_ptr<TVectorDrawingItem>(new TVectorPoint(&D, std::numeric_limits<int>::max(), 0, {3, 3}, 4, psPoint)));
   EXPECT_EQ(D.MaxID(), std::numeric_limits<int>::max());
   EXPECT_EQ(D.GenID(), std::numeric_limits<int>::max());
   D.RecalcMaxID();

@@ -330,7 +330,7 @@ TEST_F(DrawSetLibraryTest, EveryRegionSeesTheDemo) {
 TEST_F(DrawSetLibraryTest, AKilledSaveLeavesTheFileBeforeOrAfter) {
   TVectorDrawing Big;
   for (int I = 0; I < 30000; ++I)
-    Big.Add(new TVectorLine(&Big, 0, 0xFFFFFF, 1, psSolid, 0, 0, msNone, msNone, {double(I), 0}, {double(I), 100}));
+    Big.Add(std::unique_ptr<TVectorDrawingItem>(new TVectorLine(&Big, 0, 0xFFFFFF, 1, psSolid, 0, 0, msNone, msNone, {double(I), 0}, {double(I), 100})));
   const QString Lvd = Dir.filePath(S("big.lvd"));
   ASSERT_TRUE(Big.SaveToFile(Lvd, sfBin));
   const QString Before = Dump(File);

@@ -17,9 +17,9 @@ TDseResult Lvd(const QStringList& AArgs) { return RunDse(QStringList{QStringLite
 QString MakeDrawing(const QTemporaryDir& ADir) {
   TVectorDrawing D;
   D.SetRemark(QStringLiteral("梁柱节点"));
-  D.Add(new TVectorLine(&D, 0, 0xFF, -2, 0, 0, 10, msNone, msArrow, {0, 0}, {100, 50}));
-  D.Add(new TVectorText(&D, 0, 0, QStringLiteral("L1"), {10, 10}, 0, QStringLiteral("宋体"), 8, 0, haLeftJustify,
-                        vaBottomJustify, true, 0, QString()));
+  D.Add(std::unique_ptr<TVectorDrawingItem>(new TVectorLine(&D, 0, 0xFF, -2, 0, 0, 10, msNone, msArrow, {0, 0}, {100, 50})));
+  D.Add(std::unique_ptr<TVectorDrawingItem>(new TVectorText(&D, 0, 0, QStringLiteral("L1"), {10, 10}, 0, QStringLiteral("宋体"), 8, 0, haLeftJustify,
+                        vaBottomJustify, true, 0, QString())));
   const QString Path = ADir.filePath(QStringLiteral("d.lvd"));
   D.SaveToFile(Path, sfXML);
   return Path;
