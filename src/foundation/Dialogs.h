@@ -1,11 +1,16 @@
 #pragma once
-// The one door for message boxes, questions and input boxes. Logic calls these
-// functions; the application installs a service that shows real windows, the
-// command line one that prints, tests one that records and answers.
+// The one door for message boxes, questions, input boxes, choosers, file, colour,
+// font and form dialogs. Logic calls these; the application installs a service that
+// shows real windows, the command line one that prints, tests and scripts one that
+// answers from a queue and fails loudly on a dialog nobody expected.
+
+#include "SysUtils.h"
 
 #include <QString>
 #include <QStringList>
 
+#include <deque>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -14,14 +19,41 @@ enum TMsgDlgButtons { mbOK, mbYesNo, mbYesNoCancel, mbOKCancel };
 // The platform's button codes.
 enum TModalResult { mrNone = 0, mrOk = 1, mrCancel = 2, mrYes = 6, mrNo = 7 };
 
+// A text refused by a dialog's own check: false with the message to show.
+using TInputValidator = std::function<bool(const QString& AText, QString& AErrMsg)>;
+
+// One labelled field of a form-style dialog; the label is shown without its colon.
+struct TFormField {
+  QString Label;
+  QString Value;
+  QStringList Choices;  // offered values of a combo box; empty for a free edit
+};
+using TFormValidator = std::function<bool(const std::vector<TFormField>& AFields, QString& AErrMsg)>;
+
+struct TFontSpec {
+  QString Name;
+  int Height = 12;
+  int Style = 0;  // bit 0 bold, bit 1 italic
+};
+
 class TDialogService {
 public:
   virtual ~TDialogService() = default;
   virtual int MessageBox(const QString& AText, const QString& ATitle, TMsgDlgType AType, TMsgDlgButtons AButtons) = 0;
+  // True with the accepted text in AValue; a refused text shows its message and the dialog stays.
+  virtual bool InputBox(const QString& ACaption, const QString& APrompt, QString& AValue,
+                        const TInputValidator& AValidate = nullptr);
+  virtual bool Choose(const QString& ACaption, const QStringList& AItems, int& AIndex);
+  virtual bool OpenFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName);
+  virtual bool SaveFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName);
+  virtual bool ColorDialog(quint32& AColor);
+  virtual bool FontDialog(TFontSpec& AFont);
+  virtual bool FormDialog(const QString& ACaption, std::vector<TFormField>& AFields,
+                          const TFormValidator& AValidate = nullptr);
 };
 
-// The installed service; a default one writes "[TITLE] TEXT" lines to stderr and
-// answers OK / Yes.
+// The installed service; a default one writes "[TITLE] TEXT" lines to stderr,
+// answers OK / Yes to boxes and Cancel to every other dialog.
 TDialogService& Dialogs();
 // Installs AService (null puts the default back); returns the one it replaces.
 std::shared_ptr<TDialogService> SetDialogs(std::shared_ptr<TDialogService> AService);
@@ -31,7 +63,25 @@ void ShowErrorBox(const QString& AText);
 void ShowHintBox(const QString& AText);
 int ShowConfirmBox(const QString& AText, TMsgDlgButtons AButtons = mbYesNo);
 
-// Records every box and answers from a queue (then mrOk/mrYes by default).
+// Raised by the scripted service on a dialog with no fitting answer queued.
+class EUnexpectedDialog : public Exception {
+public:
+  using Exception::Exception;
+};
+
+enum TDialogAnswerKind { dakButton, dakInput, dakFile, dakChoose, dakForm };
+
+struct TDialogAnswer {
+  TDialogAnswerKind Kind = dakButton;
+  int Button = mrOk;  // dakButton
+  bool Cancel = false;  // dakInput, dakFile
+  QString Label;  // dakForm
+  QString Text;
+};
+
+// Records every dialog and answers from one queue in order. A box with one button
+// answers itself; any other dialog takes the next queued answer of its kind and
+// raises EUnexpectedDialog when there is none.
 class TRecordingDialogs : public TDialogService {
 public:
   struct TCall {
@@ -40,10 +90,35 @@ public:
     TMsgDlgButtons Buttons;
   };
   int MessageBox(const QString& AText, const QString& ATitle, TMsgDlgType AType, TMsgDlgButtons AButtons) override;
+  bool InputBox(const QString& ACaption, const QString& APrompt, QString& AValue,
+                const TInputValidator& AValidate) override;
+  bool Choose(const QString& ACaption, const QStringList& AItems, int& AIndex) override;
+  bool OpenFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName) override;
+  bool SaveFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName) override;
+  // Fields "颜色" (a colour number) and then a button.
+  bool ColorDialog(quint32& AColor) override;
+  // Fields "字体", "字高", "字型" (0 to 3) and then a button.
+  bool FontDialog(TFontSpec& AFont) override;
+  bool FormDialog(const QString& ACaption, std::vector<TFormField>& AFields, const TFormValidator& AValidate) override;
+
+  void QueueButton(int AButton) { Queue.push_back({dakButton, AButton, false, {}, {}}); }
+  void QueueInput(const QString& AText) { Queue.push_back({dakInput, mrOk, false, {}, AText}); }
+  void QueueInputCancel() { Queue.push_back({dakInput, mrCancel, true, {}, {}}); }
+  void QueueFile(const QString& APath) { Queue.push_back({dakFile, mrOk, false, {}, APath}); }
+  void QueueFileCancel() { Queue.push_back({dakFile, mrCancel, true, {}, {}}); }
+  void QueueChoose(const QString& AText) { Queue.push_back({dakChoose, mrOk, false, {}, AText}); }
+  void QueueForm(const QString& ALabel, const QString& AText) { Queue.push_back({dakForm, mrOk, false, ALabel, AText}); }
+
   std::vector<TCall> Calls;
-  std::vector<int> Answers;
-  // "[TITLE] TEXT" of each call.
+  std::deque<TDialogAnswer> Queue;
+  // Called with "[TITLE] TEXT" for each box as it is shown.
+  std::function<void(const QString& ALine)> OnMessage;
+  // "[TITLE] TEXT" of each box.
   QStringList Lines() const;
+
+private:
+  TDialogAnswer Take(TDialogAnswerKind AKind, const QString& AWhat);
+  bool RunForm(const QString& ACaption, std::vector<TFormField>& AFields, const TFormValidator& AValidate);
 };
 
 // Installs a recording service for one scope and puts the previous one back.

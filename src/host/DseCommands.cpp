@@ -7,6 +7,7 @@ void RegisterAllCommands(TDseCommandLine& ACommands) {
   RegisterScriptCommands(ACommands);
   RegisterLvdCommands(ACommands);
   RegisterLibraryCommands(ACommands);
+  RegisterDrawCommands(ACommands);
 }
 
 int UsageError(TDseIO& AIO, const QString& ACommand, const QString& AMessage) {

@@ -9,6 +9,7 @@ void RegisterBarInfoCommands(TDseCommandLine& ACommands);
 void RegisterScriptCommands(TDseCommandLine& ACommands);
 void RegisterLvdCommands(TDseCommandLine& ACommands);
 void RegisterLibraryCommands(TDseCommandLine& ACommands);
+void RegisterDrawCommands(TDseCommandLine& ACommands);
 
 // Fills the program's table once.
 void RegisterAllCommands(TDseCommandLine& ACommands);

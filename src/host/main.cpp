@@ -2,7 +2,7 @@
 
 #include <QDir>
 #include <QFile>
-#include <QGuiApplication>
+#include <QApplication>
 
 #include <unistd.h>
 
@@ -17,7 +17,7 @@ int main(int argc, char** argv) {
     QFile::setPermissions(QString::fromLocal8Bit(Dir), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     qputenv("XDG_RUNTIME_DIR", Dir);
   }
-  QGuiApplication App(argc, argv);
+  QApplication App(argc, argv);
   QTextStream Out(stdout);
   QTextStream Err(stderr);
   TDseIO IO{Out, Err};

@@ -1,0 +1,122 @@
+#include "DseCommands.h"
+#include "EditorScript.h"
+#include "VDEditorWidget.h"
+#include "VectorDrawing.h"
+
+#include <QApplication>
+#include <QFile>
+
+namespace {
+
+const QString Name = QStringLiteral("draw");
+
+bool ReadScript(const QString& APath, QStringList& ALines, QString& AError) {
+  QFile F;
+  const bool Stdin = APath == QLatin1String("-");
+  if (Stdin) {
+    if (!F.open(stdin, QIODevice::ReadOnly)) {
+      AError = QStringLiteral("cannot read the script from standard input");
+      return false;
+    }
+  } else {
+    F.setFileName(APath);
+    if (!F.open(QIODevice::ReadOnly)) {
+      AError = QStringLiteral("cannot read script %1: %2").arg(APath, F.errorString());
+      return false;
+    }
+  }
+  ALines = QString::fromUtf8(F.readAll()).split(QLatin1Char('\n'));
+  return true;
+}
+
+int RunDraw(const QStringList& AArgs, TDseIO& AIO) {
+  QString In, Script, Out, Format = QStringLiteral("bin"), Settings;
+  bool New = false;
+  for (int I = 0; I < AArgs.size(); ++I) {
+    const QString& A = AArgs[I];
+    auto Value = [&](QString& AValue) {
+      if (I + 1 >= AArgs.size()) return false;
+      AValue = AArgs[++I];
+      return true;
+    };
+    if (A == QLatin1String("--new")) New = true;
+    else if (A == QLatin1String("-s")) {
+      if (!Value(Script)) return UsageError(AIO, Name, QStringLiteral("-s takes a script file"));
+    } else if (A == QLatin1String("-o")) {
+      if (!Value(Out)) return UsageError(AIO, Name, QStringLiteral("-o takes a file"));
+    } else if (A == QLatin1String("--format")) {
+      if (!Value(Format) || (Format != QLatin1String("xml") && Format != QLatin1String("bin")))
+        return UsageError(AIO, Name, QStringLiteral("--format must be xml or bin"));
+    } else if (A == QLatin1String("--settings")) {
+      if (!Value(Settings)) return UsageError(AIO, Name, QStringLiteral("--settings takes a file"));
+    } else if (A.startsWith(QLatin1Char('-')) && A != QLatin1String("-")) {
+      return UsageError(AIO, Name, QStringLiteral("unknown option '%1'").arg(A));
+    } else if (In.isEmpty()) {
+      In = A;
+    } else {
+      return UsageError(AIO, Name, QStringLiteral("unexpected argument '%1'").arg(A));
+    }
+  }
+  if (New == !In.isEmpty()) return UsageError(AIO, Name, QStringLiteral("give a drawing file or --new"));
+  if (Script.isEmpty()) return UsageError(AIO, Name, QStringLiteral("-s SCRIPT is required"));
+  if (!qobject_cast<QApplication*>(QCoreApplication::instance())) {
+    AIO.Err << "error: the editor needs the widget application\n";
+    return ecFailed;
+  }
+
+  QStringList Lines;
+  QString Error;
+  if (!ReadScript(Script, Lines, Error)) {
+    AIO.Err << "error: " << Error << '\n';
+    return ecFailed;
+  }
+  TVDEditorWidget Canvas(nullptr, Settings);
+  Canvas.resize(800, 600);
+  TVectorDrawingEditor& E = Canvas.Editor();
+  if (!New) {
+    try {
+      E.GetVectorDrawing().LoadFromFile(In);
+    } catch (const std::exception& X) {
+      AIO.Err << "error: " << QString::fromUtf8(X.what()) << '\n';
+      return ecFailed;
+    }
+    E.GetVectorDrawing().SetChangeCount(0);
+  }
+  Canvas.show();
+  E.SetClientSize(Canvas.width(), Canvas.height());
+  E.Execute(cmdZoomAll, 0);
+  bool Ok;
+  {
+    TEditorScriptPlayer Player(Canvas, AIO.Out);
+    Ok = Player.Run(Lines, Error);
+  }
+  AIO.Out.flush();
+  if (!Ok) {
+    AIO.Err << "error: " << Error << '\n';
+    return ecFailed;
+  }
+  if (!Out.isEmpty()) {
+    try {
+      E.GetVectorDrawing().SaveToFile(Out, Format == QLatin1String("xml") ? sfXML : sfBin);
+    } catch (const std::exception& X) {
+      AIO.Err << "error: " << QString::fromUtf8(X.what()) << '\n';
+      return ecFailed;
+    }
+  }
+  return ecOk;
+}
+
+}  // namespace
+
+void RegisterDrawCommands(TDseCommandLine& ACommands) {
+  ACommands.Register({Name, QStringLiteral("play an editor script on a drawing"),
+                      QStringLiteral("Usage: dse draw (IN.lvd | --new) -s SCRIPT [-o OUT.lvd] [--format xml|bin]\n"
+                                     "                [--settings FILE.ini]\n"
+                                     "\n"
+                                     "Opens the drawing (or an empty one) on the editor control, zooms to it, plays\n"
+                                     "SCRIPT (-s - reads standard input) and saves the drawing to OUT when given.\n"
+                                     "Message boxes print as \"[TITLE] TEXT\". A statement that cannot be carried out\n"
+                                     "stops the script with 'error: line N: MESSAGE' and exit code 1; the output\n"
+                                     "printed up to it stays. The settings file defaults to dse.ini beside the program.\n"),
+                      RunDraw});
+}

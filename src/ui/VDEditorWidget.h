@@ -1,0 +1,41 @@
+#pragma once
+// The editor control: a thin widget over the editor's logic. It turns Qt input into
+// the plain records states take, shows the editor's image, and maps cursor numbers
+// to cursors. It owns the logic.
+
+#include "VectorDrawingEditor.h"
+
+#include <QWidget>
+
+#include <memory>
+
+class TVDEditorWidget : public QWidget {
+  Q_OBJECT
+public:
+  explicit TVDEditorWidget(QWidget* AParent = nullptr, const QString& ASettingsFile = QString());
+  ~TVDEditorWidget() override;
+  TVectorDrawingEditor& Editor() { return *FEditor; }
+
+  // Key code and shift state of the editor for a Qt key event.
+  static quint16 KeyCode(int AQtKey, Qt::KeyboardModifiers AModifiers);
+  static TShiftState ShiftState(Qt::KeyboardModifiers AModifiers, Qt::MouseButtons AButtons);
+  static QCursor CursorFor(int ACursor);
+
+signals:
+  // Right click at idle with nothing running: the host shows its menu here.
+  void ContextMenuRequested(const QPoint& AGlobalPos);
+
+protected:
+  void paintEvent(QPaintEvent* AEvent) override;
+  void resizeEvent(QResizeEvent* AEvent) override;
+  void mousePressEvent(QMouseEvent* AEvent) override;
+  void mouseDoubleClickEvent(QMouseEvent* AEvent) override;
+  void mouseMoveEvent(QMouseEvent* AEvent) override;
+  void mouseReleaseEvent(QMouseEvent* AEvent) override;
+  void wheelEvent(QWheelEvent* AEvent) override;
+  void keyPressEvent(QKeyEvent* AEvent) override;
+
+private:
+  void Press(QMouseEvent* AEvent, TShiftState AExtra);
+  std::unique_ptr<TVectorDrawingEditor> FEditor;
+};
