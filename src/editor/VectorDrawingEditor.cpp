@@ -126,7 +126,10 @@ void TVectorDrawingEditor::Execute(int ACommandID, qintptr AParam) {
     C->Execute(*this, AParam);
   }
   TVDECmdState* Deepest = FRootCmdState->Deepest();
+  const int Before = FCurCmd;
   FCurCmd = Deepest->CmdInfo().CmdID;
+  // Grips and the grid depend on the running command.
+  if (FCurCmd != Before) Invalidate();
   TVDECmdState* Reported = Deepest;
   if ((FCurCmd == cmdMultiSelect || FCurCmd == cmdSingleSelect) && Deepest->PrevCmd()) Reported = Deepest->PrevCmd();
   const TVDECmdInfo Info = Reported->CmdInfo();

@@ -180,6 +180,6 @@ bool TRecordingDialogs::FontDialog(TFontSpec& AFont) {
 
 QStringList TRecordingDialogs::Lines() const {
   QStringList L;
-  for (const TCall& C : Calls) L << QStringLiteral("[%1] %2").arg(C.Title, OneLine(C.Text));
+  for (const TCall& C : Calls) L << QStringLiteral("[%1] %2").arg(C.Title, C.Text);
   return L;
 }

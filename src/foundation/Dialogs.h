@@ -111,7 +111,7 @@ public:
 
   std::vector<TCall> Calls;
   std::deque<TDialogAnswer> Queue;
-  // Called with "[TITLE] TEXT" for each box as it is shown.
+  // Called with "[TITLE] TEXT" for each box as it is shown, line breaks as \n.
   std::function<void(const QString& ALine)> OnMessage;
   // "[TITLE] TEXT" of each box.
   QStringList Lines() const;
