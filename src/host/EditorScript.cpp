@@ -123,11 +123,12 @@ void TEditorScriptPlayer::Print(const QString& ALine) {
 }
 
 bool TEditorScriptPlayer::Run(const QStringList& ALines, QString& AError) {
-  int LineNo = 0;
+  int LineNo = 0, LastLine = 0;
   for (const QString& Line : ALines) {
     ++LineNo;
     const QString T = Line.trimmed();
     if (T.isEmpty() || T.startsWith(QLatin1Char('#'))) continue;
+    LastLine = LineNo;
     try {
       RunStatement(SplitScriptLine(T));
     } catch (const std::exception& E) {
@@ -136,7 +137,7 @@ bool TEditorScriptPlayer::Run(const QStringList& ALines, QString& AError) {
     }
   }
   if (!FDialogs->Queue.empty()) {
-    AError = QStringLiteral("line %1: %2 answer(s) still queued at the end").arg(LineNo).arg(FDialogs->Queue.size());
+    AError = QStringLiteral("line %1: %2 answer(s) still queued at the end").arg(LastLine).arg(FDialogs->Queue.size());
     return false;
   }
   return true;
