@@ -203,16 +203,23 @@ int TVectorDrawing::IndexOfID(int AID) const {
 TVectorDrawingItem* TVectorDrawing::ItemByID(int AID) const {
   const auto It = FIDIndex.find(AID);
   if (It != FIDIndex.end() && It->second->ID() == AID) return It->second;
-  // IDs may have been changed on items in the list: rebuild once and look again.
+  // A miss is final while every item is indexed under its own ID; duplicate IDs
+  // from a file leave some out, and then the list is walked from the start.
+  if (It == FIDIndex.end() && FIDIndex.size() == FList.size()) return nullptr;
   FIDIndex.clear();
   TVectorDrawingItem* Found = nullptr;
   for (auto I = FList.rbegin(); I != FList.rend(); ++I) {
     FIDIndex[(*I)->ID()] = I->get();
     if ((*I)->ID() == AID) Found = I->get();
   }
-  // Of duplicate IDs the first in the list wins, as a walk from the start finds it.
-  if (Found) FIDIndex[AID] = Found;
   return Found;
+}
+
+void TVectorDrawing::ItemIDChanged(TVectorDrawingItem* AItem, int AOldID) {
+  const auto It = FIDIndex.find(AOldID);
+  if (It == FIDIndex.end() || It->second != AItem) return;  // not in this drawing's list
+  FIDIndex.erase(It);
+  FIDIndex.emplace(AItem->ID(), AItem);
 }
 
 void TVectorDrawing::UnindexID(const TVectorDrawingItem* AItem) {

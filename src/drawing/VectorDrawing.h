@@ -141,6 +141,8 @@ public:
   int IndexOfID(int AID) const;
   // Through a hash index: O(1) unless IDs were changed behind the drawing's back.
   TVectorDrawingItem* ItemByID(int AID) const;
+  // Called by an item of this drawing whose ID changes.
+  void ItemIDChanged(TVectorDrawingItem* AItem, int AOldID);
   int GenID() { return FMaxID < std::numeric_limits<int>::max() ? ++FMaxID : FMaxID; }
   int MaxID() const { return FMaxID; }
   void SetMaxID(int AValue) { FMaxID = AValue; }

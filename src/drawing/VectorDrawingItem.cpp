@@ -97,6 +97,13 @@ TVectorDrawingItem* TVectorDrawingItem::Clone(TVectorDrawing* AOwner) const {
   return C;
 }
 
+void TVectorDrawingItem::SetID(int AID) {
+  if (AID == FID) return;
+  const int Old = FID;
+  FID = AID;
+  if (FOwner) FOwner->ItemIDChanged(this, Old);
+}
+
 void TVectorDrawingItem::Delete() {
   if (OnDelete) OnDelete(*this);
   if (FOwner) FOwner->Remove(this);

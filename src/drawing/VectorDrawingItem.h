@@ -165,7 +165,8 @@ public:
   TColor GetShowColor() const;
 
   int ID() const { return FID; }
-  void SetID(int AID) { FID = AID; }
+  // Keeps the owner's ID index up to date.
+  void SetID(int AID);
   TColor Color() const { return FColor; }
   void SetColor(TColor AValue);
   const QString& ExtData() const { return FExtData; }
