@@ -1,4 +1,6 @@
 #include "DrawingTestUtils.h"
+#include "VDIFormat.h"
+#include "VDIVisitor.h"
 
 TEST(TVectorDrawing, ChangeCountingAndEventOrder) {
   TVectorDrawing D;
@@ -232,4 +234,65 @@ TEST(TVectorDrawing, VersionsAndPage) {
   EXPECT_GT(R.MaxX(), 1e7);
   D.SetDrawingWidth(10);
   EXPECT_FALSE(D.CalcDrawingRange(T, {50, 0, 100, 100}, R));  // the view misses the page
+}
+
+TEST(TVectorDrawing, ExtractAndInsertKeepPositionsAndEvents) {
+  TVectorDrawing D;
+  QStringList Events;
+  D.OnItemAdded = [&](int AID) { Events << QStringLiteral("+%1").arg(AID); };
+  D.OnItemDeleted = [&](int AID) { Events << QStringLiteral("-%1").arg(AID); };
+  std::vector<TVectorLine*> L;
+  for (int I = 0; I < 4; ++I) L.push_back(AddLine(D, {0, double(I)}, {10, double(I)}));
+  Events.clear();
+  D.SelSet().Add(L[1]);
+  const int Changes = D.ChangeCount();
+  std::unique_ptr<TVectorDrawingItem> Out = D.Extract(1);
+  EXPECT_EQ(Out.get(), L[1]);
+  EXPECT_FALSE(Out->Selected());
+  EXPECT_EQ(D.SelSet().Count(), 0);
+  EXPECT_EQ(D.ItemByID(L[1]->ID()), nullptr);
+  EXPECT_EQ(D.Count(), 3);
+  D.Insert(1, std::move(Out));
+  EXPECT_EQ(D.Items(1), L[1]);
+  EXPECT_EQ(D.ItemByID(L[1]->ID()), L[1]);
+  EXPECT_EQ(Events, (QStringList{QStringLiteral("-%1").arg(L[1]->ID()), QStringLiteral("+%1").arg(L[1]->ID())}));
+  EXPECT_EQ(D.ChangeCount(), Changes + 2);
+  // An index past the end appends; a taken ID is renumbered as Add does.
+  auto* Dup = new TVectorLine(&D, L[0]->ID(), 0, 0, psSolid, 0, 0, msNone, msNone, {0, 0}, {1, 1});
+  EXPECT_EQ(D.Insert(99, std::unique_ptr<TVectorDrawingItem>(Dup)), 4);
+  EXPECT_NE(Dup->ID(), L[0]->ID());
+  EXPECT_EQ(D.ItemByID(L[0]->ID()), L[0]);
+}
+
+TEST(TVectorDrawing, ItemByIDFollowsIDChangesAndDuplicates) {
+  TVectorDrawing D;
+  TVectorLine* A = AddLine(D, {0, 0}, {1, 0});
+  TVectorLine* B = AddLine(D, {0, 1}, {1, 1});
+  const int Old = A->ID();
+  A->SetID(77);
+  EXPECT_EQ(D.ItemByID(77), A);
+  EXPECT_EQ(D.ItemByID(Old), nullptr);
+  EXPECT_EQ(D.IndexOfID(77), 0);
+  // Loaders append as read, duplicates included: the first in the list wins.
+  auto* Twin = new TVectorLine(&D, B->ID(), 0, 0, psSolid, 0, 0, msNone, msNone, {0, 2}, {1, 2});
+  D.AppendRaw(Twin);
+  EXPECT_EQ(D.ItemByID(B->ID()), B);
+  D.Delete(D.IndexOf(B));
+  EXPECT_EQ(D.ItemByID(Twin->ID()), Twin);
+}
+
+TEST(TVectorDrawing, SnapshotsOfAnotherKindAreRefusedAndInspectingCountsNothing) {
+  TVectorDrawing D;
+  TVectorLine* L = AddLine(D, {0, 0}, {10, 0});
+  auto* P = new TVectorPoint(&D, 0, 0, {5, 5}, 4, psPoint);
+  D.Add(std::unique_ptr<TVectorDrawingItem>(P));
+  EXPECT_THROW(L->SetCoordData(*P->CreateCoordData()), EVDEError);
+  EXPECT_THROW(P->SetCoordData(*L->CreateCoordData()), EVDEError);
+  const int Changes = D.ChangeCount();
+  TVDISnapVertexVisitor V({9.5, 0.2}, 1);
+  L->Inspect(V);
+  EXPECT_TRUE(V.SnapSuccess());
+  EXPECT_EQ(D.ChangeCount(), Changes);
+  L->Accept(V);
+  EXPECT_EQ(D.ChangeCount(), Changes + 1);
 }

@@ -169,7 +169,8 @@ TEST(DseDraw, RepeatAndRunCommandsAndCtrlKeypad) {
                                               "key esc\nview 0 0 1\ncmd 6\nprint scale\ncmd 7\nprint view\n"
                                               "view 0 0 1\ncmd 12\nprint view\ncmd 15\nprint view\n"
                                               "view 0 0 1\nkey num9 ctrl\nprint view\nkey ctrl+num*\nprint scale\n"
-                                              "view 10 10 2\nwheel up 10,10\nprint view\nmove 10,10\nprint pos\n"));
+                                              "view 10 10 2\nwheel up 10,10\nprint view\nmove 10,10\nprint pos\n"
+                                              "rclick\nprint pos\nprint cmd\n"));
   ASSERT_EQ(D.R.Code, 0) << D.R.Err.toStdString();
   EXPECT_EQ(D.Lines, QStringList({
                          QStringLiteral("repeat -1"),
@@ -183,6 +184,8 @@ TEST(DseDraw, RepeatAndRunCommandsAndCtrlKeypad) {
                          QStringLiteral("scale 120"),
                          QStringLiteral("view 10 10 2.4"),
                          QStringLiteral("pos  X=10 Y=10"),
+                         QStringLiteral("pos  X=10 Y=10"),  // at the last point
+                         QStringLiteral("cmd 1"),
                      }));
 }
 
