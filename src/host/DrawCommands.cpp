@@ -117,6 +117,18 @@ void RegisterDrawCommands(TDseCommandLine& ACommands) {
                                      "SCRIPT (-s - reads standard input) and saves the drawing to OUT when given.\n"
                                      "Message boxes print as \"[TITLE] TEXT\". A statement that cannot be carried out\n"
                                      "stops the script with 'error: line N: MESSAGE' and exit code 1; the output\n"
-                                     "printed up to it stays. The settings file defaults to dse.ini beside the program.\n"),
+                                     "printed up to it stays. The settings file defaults to dse.ini beside the program.\n"
+                                     "\n"
+                                     "Statements (P is X,Y in world units or px:X,Y in client pixels; modifiers\n"
+                                     "shift, ctrl, alt may follow input statements; texts with blanks are quoted):\n"
+                                     "  size W H | view CX CY SCALE | set snap|grid|ortho on|off | set grid-space X Y\n"
+                                     "  set radius R | prop NAME VALUE\n"
+                                     "  move P | down P [button] | up P [button] | click P | rclick [P] | dblclick P [button]\n"
+                                     "  drag P1 P2 [button] | wheel up|down P | key NAME | type \"TEXT\" | cmd ID [PARAM]\n"
+                                     "  wait MS\n"
+                                     "  answer yes|no|ok|cancel | input \"TEXT\"|cancel | file \"PATH\"|cancel\n"
+                                     "  choose \"TEXT\" | form \"LABEL\" \"TEXT\"\n"
+                                     "  print prompt|cmd|scale|view|sel|items|repeat|snap-enabled|cursor|undo|redo|\n"
+                                     "        modified|count|props|pos | print item ID | save FILE [xml|bin] | shot FILE.png\n"),
                       RunDraw});
 }
