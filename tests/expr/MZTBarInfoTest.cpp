@@ -127,6 +127,9 @@ TEST(TDrawSetBarInfo, RangesAndMutexRules) {
       {"A12@5001", "钢筋输入格式错误:间距的范围是[25,5000]之间的整数"},
       {"A12@100/24", "钢筋输入格式错误:间距的范围是[25,5000]之间的整数"},
       {"A12@40000", "钢筋输入格式错误:输入超出合法范围"},  // the 16-bit read fails first
+      {"A12@32768", "钢筋输入格式错误:输入超出合法范围"},
+      {"A12@32767", "钢筋输入格式错误:间距的范围是[25,5000]之间的整数"},  // read, then out of range
+      {"A0@100", "钢筋输入格式错误"},  // no diameter dictionary: a zero diameter is refused
       {"A12", "钢筋输入格式错误:没有输入数量必须输入间距"},
       {"2A12@200", "钢筋输入格式错误:输入了数量不能输入间距"},
       {"12@200", "钢筋输入格式错误"},
@@ -151,6 +154,8 @@ TEST(TDrawSetBarInfo, RangesAndMutexRules) {
   Free.SetAsString(QStringLiteral("2A12@200"));
   EXPECT_EQ(Free.Count(), 2);
   EXPECT_EQ(Free.Space1(), 200);
+  Free.SetAsString(QStringLiteral("2A12@32767"));
+  EXPECT_EQ(Free.Space1(), 32767);
 }
 
 TEST(TDrawSetBarInfo, OtherCodesReadTheLevelText) {

@@ -95,6 +95,30 @@ TEST(TKRNBreakFunc2d, EachPositionOfTheBreakPoint) {
   ExpectPt(A1->CenterPt(), {0, 0}, 1e-9);
   ExpectPt(A2->CenterPt(), {0, 0}, 1e-9);
   EXPECT_NEAR(A1->Length() + A2->Length(), Large.Length(), 1e-9);
+
+  // Part 1 past half the circle stays large, the rest is small; the same clockwise.
+  const double H = 10 / std::sqrt(2.0);
+  const struct {
+    const char* Name;
+    TKRNArc2d Arc;
+    TKRNVector2d At;
+    TKRNArcType Type1, Type2;
+  } Uneven[] = {
+      {"anticlockwise, 225 then 45 degrees", TKRNArc2d({10, 0}, {0, -10}, 10, atACL), {-H, -H}, atACL, atACS},
+      {"anticlockwise, 45 then 225 degrees", TKRNArc2d({10, 0}, {0, -10}, 10, atACL), {H, H}, atACS, atACL},
+      {"clockwise, 225 then 45 degrees", TKRNArc2d({10, 0}, {0, 10}, 10, atCL), {-H, H}, atCL, atCS},
+  };
+  for (const auto& C : Uneven) {
+    SCOPED_TRACE(C.Name);
+    ASSERT_TRUE(TKRNBreakFunc2d::BreakAt(C.Arc, C.At, P1, P2));
+    const auto* U1 = dynamic_cast<TKRNArc2d*>(P1.get());
+    const auto* U2 = dynamic_cast<TKRNArc2d*>(P2.get());
+    ASSERT_TRUE(U1 && U2);
+    EXPECT_EQ(U1->ArcType(), C.Type1);
+    EXPECT_EQ(U2->ArcType(), C.Type2);
+    ExpectPt(U1->CenterPt(), {0, 0}, 1e-9);
+    EXPECT_NEAR(U1->Length() + U2->Length(), C.Arc.Length(), 1e-9);
+  }
 }
 
 TEST(TKRNMirrorFunc2d, MirrorTwiceGivesTheOriginal) {

@@ -126,3 +126,39 @@ TEST(TKRNExtSeg2dList, GetSegsAgreesWithAScan) {
     EXPECT_EQ(List.GetSegs(B), Scan);
   }
 }
+
+TEST(TKRNSegListConnectInfos, EndsWithinToleranceJoinAcrossHashCells) {
+  // Ends are hashed on cells four tolerances wide. Each corner below has its two ends
+  // 0.0006 apart on either side of a cell boundary, the later end in the lower cell in
+  // x at one corner and in y at another, so only a look into the next cells joins them.
+  const double Cell = 4 * KRNEpsilon, C = 1000 * Cell, D = 0.0003;
+  TKRNExtSeg2dList List;
+  List.Add(KRNMakeSegment({0, 0}, {C + D, 0}, 0, atLine), 1);
+  List.Add(KRNMakeSegment({C - D, 0}, {C, C + D}, 0, atLine), 2);
+  List.Add(KRNMakeSegment({C, C - D}, {0, C}, 0, atLine), 3);
+  List.Add(KRNMakeSegment({0, C}, {0, 0}, 0, atLine), 4);
+  TKRNSegListConnectInfos Infos;
+  Infos.BuildConnectInfos(List);
+  EXPECT_EQ(Infos.NodeOf(0, 1), Infos.NodeOf(1, 0));
+  EXPECT_EQ(Infos.NodeOf(1, 1), Infos.NodeOf(2, 0));
+  EXPECT_TRUE(Infos.FindBranches().empty());
+  TKRNSearchPoly2d Search(List, true);
+  std::unique_ptr<TKRNPolygon2d> Poly;
+  std::vector<std::intptr_t> Tags;
+  EXPECT_TRUE(Search.FindSmallPoly({C / 2, C / 2}, Poly, Tags, false, true));
+  EXPECT_EQ(AsSet(Tags), (std::set<std::intptr_t>{1, 2, 3, 4}));
+}
+
+TEST(TKRNSegListConnectInfos, ASegmentClosedOnItselfIsNoDeadEnd) {
+  // One large arc whose ends lie within tolerance: a whole circle in one segment.
+  TKRNExtSeg2dList List;
+  List.Add(KRNMakeSegment({5, -0.0002}, {5, 0.0002}, 5, atACL), 1);
+  List.Add(KRNMakeSegment({20, 0}, {30, 0}, 0, atLine), 2);  // a real dead end beside it
+  TKRNSegListConnectInfos Infos;
+  Infos.BuildConnectInfos(List);
+  ASSERT_EQ(Infos.NodeOf(0, 0), Infos.NodeOf(0, 1));
+  EXPECT_EQ(Infos.FindBranches(), std::vector<int>{1});
+  Infos.Execute();
+  EXPECT_TRUE(Infos.Alive(0));
+  EXPECT_FALSE(Infos.Alive(1));
+}

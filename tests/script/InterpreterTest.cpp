@@ -43,6 +43,13 @@ TEST(TInterpreter, Statements) {
       {"if and else", "int a\na=5\nif a>3\na=1\nelse\na=2\nendif\nmainend", true, {}, {{"a", "1"}}},
       {"else branch", "int a\na=2\nif a>3\na=1\nelse\na=7\nendif\nmainend", true, {}, {{"a", "7"}}},
       {"nested if", "int a\nif 1=1\nif 2=3\na=1\nelse\na=2\nendif\nendif\nmainend", true, {}, {{"a", "2"}}},
+      // A skipped branch must match else and endif at its own depth.
+      {"if-else inside a skipped if without else", "int a\na=9\nif 1=2\nif 2=3\na=1\nelse\na=2\nendif\nendif\nmainend",
+       true, {}, {{"a", "9"}}},
+      {"if-else inside a skipped else", "int a,b\nif 1=1\na=1\nelse\nif 2=2\nb=1\nelse\nb=2\nendif\nb=3\nendif\nmainend",
+       true, {}, {{"a", "1"}, {"b", ""}}},
+      {"if-else inside a taken else", "int a,b\nif 1=2\na=1\nelse\nif 2=3\nb=1\nelse\nb=2\nendif\na=3\nendif\nmainend",
+       true, {}, {{"a", "3"}, {"b", "2"}}},
       {"from runs B-A+1 times", "int n\nfrom 2 to 5\nn=n+1\nendfrom\nmainend", true, {}, {{"n", "4"}}},
       {"from 3 to 1 runs nothing", "int n\nfrom 3 to 1\nn=9\nendfrom\nn=n+1\nmainend", true, {}, {{"n", "1"}}},
       {"exitfrom leaves every loop", "int n\nfrom 1 to 3\nfrom 1 to 2\nn=n+1\nif n=2\nexitfrom\nendif\nendfrom\nendfrom\nn=n+100\nmainend",
