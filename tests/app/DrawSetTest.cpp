@@ -219,6 +219,40 @@ TEST_F(TFixture, SettersWriteThroughAsTrimmedText) {
   EXPECT_EQ(SetDS.FieldByName(S("DrawSetTypeID")).AsInteger(), 2);
 }
 
+TEST_F(TFixture, ASetterFindsItsOwnDrawSetsRow) {
+  // Another draw set's bar 1, made current: the key matches in BarID only.
+  BarDS.Append();
+  BarDS.FieldByName(S("DrawSetID")).SetAsInteger(4);
+  BarDS.FieldByName(S("BarID")).SetAsInteger(1);
+  BarDS.FieldByName(S("BarNum")).SetAsString(S("别的图集"));
+  BarDS.Post();
+  TDrawSetBar* Bar = nullptr;
+  for (int I = 0; I < DS->Bars().Count(); ++I)
+    if (DS->Bars().GetItems(I)->BarID() == 1) Bar = DS->Bars().GetItems(I);
+  ASSERT_NE(Bar, nullptr);
+  ASSERT_TRUE(BarDS.FindKey({4, 1}));
+  Bar->SetBarNum(S("箍筋3"));
+  EXPECT_EQ(BarRowField(1, "BarNum"), S("箍筋3"));
+  ASSERT_TRUE(BarDS.FindKey({4, 1}));
+  EXPECT_EQ(BarDS.FieldByName(S("BarNum")).AsString(), S("别的图集"));
+}
+
+TEST_F(TFixture, ASetterWithoutARowTouchesNoDataset) {
+  TDrawSetBar* Orphan = DS->Bars().Add(3, 9, 1, S("只在列表"), S(""), -1, S(""), S(""), false);
+  ASSERT_TRUE(BarDS.FindKey({3, 2}));
+  const int Bars = BarDS.ChangeCount(), Sets = SetDS.ChangeCount(), Params = ParamDS.ChangeCount();
+  Orphan->SetBarNum(S("改"));
+  Orphan->SetBarPicID(7);
+  Orphan->SetCalcProgram(S("cd=9"));
+  Orphan->SetOrderNum(5);
+  EXPECT_EQ(BarDS.ChangeCount(), Bars);
+  EXPECT_EQ(SetDS.ChangeCount(), Sets);
+  EXPECT_EQ(ParamDS.ChangeCount(), Params);
+  EXPECT_EQ(BarRowField(2, "BarNum"), S("下部筋"));
+  EXPECT_EQ(BarRowField(2, "BarPicID"), S("601"));
+  EXPECT_FALSE(BarDS.FindKey({3, 9}));
+}
+
 TEST_F(TFixture, ParamsLookUpTheirRowUnderTheRunsCalcRule) {
   TDrawSetParam* P = DS->Params().GetItems(0);
   SetRegionSettings(2);  // rule 16: no such row, setters do nothing and getters are empty

@@ -147,6 +147,25 @@ TEST(TClientDataSet, SavePointRollsBackOnlyWhatCameAfterIt) {
   EXPECT_THROW(DS.SetSavePoint(5), EDatabaseError);
 }
 
+TEST(TClientDataSet, TheCurrentSavePointIsANoOp) {
+  TClientDataSet DS;
+  DS.SetData(BarsPacket());
+  DS.SetIndexFieldNames(QStringLiteral("DrawSetID;BarID"));
+  ASSERT_TRUE(DS.FindKey({1, 0}));
+  SetName(DS, "c1");
+  ASSERT_TRUE(DS.FindKey({2, 1}));
+  const QString Current = DS.FieldByName(QStringLiteral("BarNum")).AsString();
+  EXPECT_NO_THROW(DS.SetSavePoint(DS.SavePoint()));
+  EXPECT_EQ(DS.ChangeCount(), 1);
+  EXPECT_EQ(DS.SavePoint(), 1);
+  EXPECT_EQ(DS.FieldByName(QStringLiteral("BarNum")).AsString(), Current);  // the cursor stays
+  EXPECT_EQ(Names(DS), QStringList({"c1", "a", "b", "d"}));
+  TClientDataSet Fresh;
+  Fresh.SetData(BarsPacket());
+  EXPECT_NO_THROW(Fresh.SetSavePoint(Fresh.SavePoint()));
+  EXPECT_EQ(Fresh.ChangeCount(), 0);
+}
+
 TEST(TClientDataSet, MergeMakesTheCurrentStateTheReadState) {
   TClientDataSet DS;
   DS.SetData(BarsPacket());
