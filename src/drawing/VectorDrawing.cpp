@@ -168,6 +168,7 @@ void TVectorDrawing::Notify() {
 
 void TVectorDrawing::DoChange() {
   ++FChangeCount;
+  ++FRevision;
   Notify();
 }
 
@@ -274,6 +275,7 @@ void TVectorDrawing::AppendRaw(TVectorDrawingItem* AItem) {
   AItem->SetOwner(this);
   FList.emplace_back(AItem);
   FIDIndex.emplace(AItem->ID(), AItem);
+  ++FRevision;
 }
 
 void TVectorDrawing::Delete(int AIndex) {

@@ -203,6 +203,9 @@ public:
   void SetAutoCancelSel(bool AValue) { FAutoCancelSel = AValue; }
   bool Modified() const { return FChangeCount > 0; }
   int ChangeCount() const { return FChangeCount; }
+  // Counts every change and every raw append and never goes back: caches of the
+  // drawing's geometry compare it.
+  quint64 Revision() const { return FRevision; }
   void SetChangeCount(int AValue) { FChangeCount = AValue; }
   int UpdateCount() const { return FUpdateCount; }
 
@@ -241,6 +244,7 @@ private:
 
   TColor FBackColor = 0;
   int FChangeCount = 0;
+  quint64 FRevision = 0;
   int FDrawingHeight = 0;
   int FDrawingWidth = 0;
   QString FExtData;

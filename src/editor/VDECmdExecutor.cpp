@@ -79,9 +79,14 @@ void TVDEItemStash::PutBack(TVectorDrawing& ADrawing) {
 // ---- new items --------------------------------------------------------------
 
 TVectorDrawingItem* TVDEDrawCmdExecutor::AddItem(const TVectorDrawingItem& AItem) {
-  TVectorDrawingItem* C = AItem.Clone(&Drawing());
-  FNewIDs.push_back(C->ID());
-  return C;
+  TVectorDrawing& D = Drawing();
+  std::unique_ptr<TVectorDrawingItem> C = AItem.DetachedClone();
+  C->SetID(D.GenID());
+  C->SetLayerRaw(D.Layers().CurLayer());
+  TVectorDrawingItem* Raw = C.get();
+  D.Add(std::move(C));
+  FNewIDs.push_back(Raw->ID());
+  return Raw;
 }
 
 void TVDEDrawCmdExecutor::Redo() {

@@ -92,7 +92,7 @@ private:
 class TVDEDrawCmdExecutor : public TVDECmdExecutor {
 public:
   using TVDECmdExecutor::TVDECmdExecutor;
-  // A copy of AItem joins the drawing; returns it.
+  // A copy of AItem joins the drawing with a new ID on its current layer; returns it.
   TVectorDrawingItem* AddItem(const TVectorDrawingItem& AItem);
   bool Empty() const { return FNewIDs.empty(); }
   void Redo() override;

@@ -1,6 +1,8 @@
 #include "VDECommand.h"
 
 #include "VDECmdState.h"
+#include "VDEDrawCmdState.h"
+#include "VDESnapCmdState.h"
 #include "VDEModifyCmdState.h"
 #include "VDERunCmd.h"
 #include "VDEZoomPanCmdState.h"
@@ -29,6 +31,8 @@ const TVDECommandClass* FindVDECommand(int ACmdID) {
 
 void RegisterEditorCommands() {
   static const bool Done = [] {
+    RegisterSnapStates();
+    RegisterDrawStates();
     RegisterSelectStates();
     RegisterZoomPanStates();
     RegisterModifyStates();

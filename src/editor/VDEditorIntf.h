@@ -55,6 +55,8 @@ enum TVDECursor {
 class IVDEditor {
 public:
   virtual ~IVDEditor() = default;
+  // The smallest closed region of the drawing's lines around APoint, for a hatch.
+  virtual bool SearchHatchPoly(const TKRNVector2d& APoint, std::unique_ptr<class TKRNPolygon2d>& APoly) = 0;
   virtual void DrawGrip(const TKRNVector2d& APt, bool AHot, QPainter* AHDC) = 0;
   virtual void Execute(int ACommandID, qintptr AParam) = 0;
   virtual TVDEPropList& GetAddItemProp() = 0;

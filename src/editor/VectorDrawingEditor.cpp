@@ -4,6 +4,7 @@
 #include "KRNPositionFunc2d.h"
 #include "VDEClipBrd.h"
 #include "VDERunCmd.h"
+#include "VDEHatchSearch.h"
 #include "VDIVisitor.h"
 
 #include <QClipboard>
@@ -197,13 +198,20 @@ void TVectorDrawingEditor::SetCursor(int ACursor) {
   if (OnCursorChanged) OnCursorChanged(ACursor);
 }
 
+bool TVectorDrawingEditor::SearchHatchPoly(const TKRNVector2d& APoint, std::unique_ptr<TKRNPolygon2d>& APoly) {
+  return VDESearchHatchPoly(*FVectorDrawing, APoint, APoly);
+}
+
 bool TVectorDrawingEditor::SnapPoint(TKRNVector2d& APoint, double ATol) {
   TVectorDrawing& D = *FVectorDrawing;
   TVDISnapVertexVisitor V(APoint, ATol);
   bool Found = false;
   TKRNVector2d Best{};
   double BestDist = 0;
-  for (int I = 0; I < D.Count(); ++I) {
+  // Only items whose boxes come within the tolerance can offer a vertex; they are
+  // visited in list order, as a walk of every item would.
+  const TKRNBox2d Near{{APoint.X - ATol, APoint.Y - ATol}, {APoint.X + ATol, APoint.Y + ATol}};
+  for (const int I : FSnapIndex.Query(D, Near)) {
     D.Items(I)->Inspect(V);
     if (!V.SnapSuccess()) continue;
     const double Dist = std::hypot(V.SnapPt().X - APoint.X, V.SnapPt().Y - APoint.Y);

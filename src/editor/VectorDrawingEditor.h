@@ -8,6 +8,7 @@
 #include "VDECmdExecutor.h"
 #include "VDECmdState.h"
 #include "VDEPropList.h"
+#include "VDESnapIndex.h"
 
 #include <QImage>
 #include <QPainter>
@@ -38,6 +39,7 @@ public:
   void SaveSettings() const;
 
   // ---- IVDEditor
+  bool SearchHatchPoly(const TKRNVector2d& APoint, std::unique_ptr<TKRNPolygon2d>& APoly) override;
   void DrawGrip(const TKRNVector2d& APt, bool AHot, QPainter* AHDC) override;
   void Execute(int ACommandID, qintptr AParam) override;
   TVDEPropList& GetAddItemProp() override { return FAddItemProp; }
@@ -143,4 +145,5 @@ private:
   QImage FImage;
   std::optional<QPainter> FPainter;
   bool FNeedsRender = true;
+  TVDESnapIndex FSnapIndex;
 };

@@ -223,11 +223,13 @@ TKRNIntersectType TKRNIntersectFunc2d::Intersect(const TKRNVector2d& AStartPt1, 
                                                  double ARadius1, const TKRNVector2d& AStartPt2,
                                                  const TKRNVector2d& AEndPt2, const TKRNVector2d& ACenterPt2,
                                                  TKRNArcType AArcType2, double ARadius2, TKRNVector2d& APt1,
-                                                 TKRNVector2d& APt2, double AEpsilon) {
+                                                 TKRNVector2d& APt2, double AEpsilon,
+                                                 bool ACalculatorEpsilon) {
   const auto On1 = [&](const TKRNVector2d& P) { return OnArc(P, AStartPt1, AEndPt1, ARadius1, AArcType1, AEpsilon); };
   const auto On2 = [&](const TKRNVector2d& P) { return OnArc(P, AStartPt2, AEndPt2, ARadius2, AArcType2, AEpsilon); };
   TKRNVector2d C[2];
-  const TKRNIntersectType R = Intersect(ACenterPt1, ARadius1, ACenterPt2, ARadius2, C[0], C[1], AEpsilon);
+  const TKRNIntersectType R =
+      Intersect(ACenterPt1, ARadius1, ACenterPt2, ARadius2, C[0], C[1], AEpsilon, ACalculatorEpsilon);
   if (R == itZero)
     return itZero;
   if (R == itOne || R == itTwo) {
@@ -275,14 +277,14 @@ TKRNIntersectType TKRNIntersectFunc2d::Intersect(const TKRNVector2d& AStartPt1, 
 TKRNIntersectType TKRNIntersectFunc2d::Intersect(const TKRNCustomLine2d& ASeg1, const TKRNCustomLine2d& ASeg2,
                                                  TKRNVector2d& APt1, TKRNVector2d& APt2, double AEpsilon,
                                                  bool ACalculatorEpsilon) {
-  (void)ACalculatorEpsilon;
   const TKRNArc2d* A1 = ValidArcOf(ASeg1);
   const TKRNArc2d* A2 = ValidArcOf(ASeg2);
   if (!A1 && !A2)
     return Intersect(ASeg1.StartPt(), ASeg1.EndPt(), ASeg2.StartPt(), ASeg2.EndPt(), APt1, APt2, AEpsilon);
   if (A1 && A2)
     return Intersect(A1->StartPt(), A1->EndPt(), A1->CenterPt(), A1->ArcType(), A1->Radius(), A2->StartPt(),
-                     A2->EndPt(), A2->CenterPt(), A2->ArcType(), A2->Radius(), APt1, APt2, AEpsilon);
+                     A2->EndPt(), A2->CenterPt(), A2->ArcType(), A2->Radius(), APt1, APt2, AEpsilon,
+                     ACalculatorEpsilon);
   const TKRNCustomLine2d& Line = A1 ? ASeg2 : ASeg1;
   const TKRNArc2d& Arc = A1 ? *A1 : *A2;
   return Intersect(Line.StartPt(), Line.EndPt(), Arc.StartPt(), Arc.EndPt(), Arc.CenterPt(), Arc.ArcType(),

@@ -40,7 +40,8 @@ public:
                                      const TKRNVector2d& ACenterPt1, TKRNArcType AArcType1, double ARadius1,
                                      const TKRNVector2d& AStartPt2, const TKRNVector2d& AEndPt2,
                                      const TKRNVector2d& ACenterPt2, TKRNArcType AArcType2, double ARadius2,
-                                     TKRNVector2d& APt1, TKRNVector2d& APt2, double AEpsilon = KRNEpsilon);
+                                     TKRNVector2d& APt1, TKRNVector2d& APt2, double AEpsilon = KRNEpsilon,
+                                     bool ACalculatorEpsilon = false);
 
   // Any two segments: an arc counts as one only with a valid centre; a line and an
   // arc are passed line first whatever the order of the arguments.

@@ -110,10 +110,17 @@ TEditorScriptPlayer::TEditorScriptPlayer(TVDEditorWidget& ACanvas, QTextStream& 
   FDialogs->OnMessage = [this](const QString& ALine) { Print(ALine); };
   FPrevDialogs = SetDialogs(FDialogs);
   FCanvas.Editor().OnShowMousePos = [this](const QString& AText) { FLastPos = AText; };
+  FCanvas.OnError = [this](std::exception_ptr AError) { FEventError = AError; };
+}
+
+void TEditorScriptPlayer::Send(QObject* ATarget, QEvent* AEvent) {
+  QCoreApplication::sendEvent(ATarget, AEvent);
+  if (FEventError) std::rethrow_exception(std::exchange(FEventError, nullptr));
 }
 
 TEditorScriptPlayer::~TEditorScriptPlayer() {
   FCanvas.Editor().OnShowMousePos = nullptr;
+  FCanvas.OnError = nullptr;
   SetDialogs(FPrevDialogs);
 }
 
@@ -163,7 +170,7 @@ void TEditorScriptPlayer::SendMouse(int AType, const QPoint& APixel, Qt::MouseBu
   if (AType == QEvent::MouseButtonRelease) FButtons &= ~Qt::MouseButtons(AButton);
   const QPointF Local(APixel);
   QMouseEvent E(QEvent::Type(AType), Local, FCanvas.mapToGlobal(Local), AButton, FButtons, AMods);
-  QCoreApplication::sendEvent(&FCanvas, &E);
+  Send(&FCanvas, &E);
   FLastPixel = APixel;
   FInputSeen = true;
 }
@@ -197,9 +204,9 @@ void TEditorScriptPlayer::SendKey(const QString& AName, Qt::KeyboardModifiers AM
   if (Keypad) AMods |= Qt::KeypadModifier;
   QWidget* Target = QApplication::focusWidget() ? QApplication::focusWidget() : &FCanvas;
   QKeyEvent Down(QEvent::KeyPress, Key, AMods, Text);
-  QCoreApplication::sendEvent(Target, &Down);
+  Send(Target, &Down);
   QKeyEvent Up(QEvent::KeyRelease, Key, AMods, Text);
-  QCoreApplication::sendEvent(Target, &Up);
+  Send(Target, &Up);
   FInputSeen = true;
 }
 
@@ -308,7 +315,7 @@ void TEditorScriptPlayer::RunStatement(const QList<TScriptWord>& AWords) {
     const QPointF P(ToPixel(W[2]));
     QWheelEvent Ev(P, FCanvas.mapToGlobal(P), QPoint(), QPoint(0, W[1] == QLatin1String("up") ? 120 : -120), FButtons,
                    Qt::NoModifier, Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(&FCanvas, &Ev);
+    Send(&FCanvas, &Ev);
     FInputSeen = true;
   } else if (Cmd == QLatin1String("key")) {
     TakeMods(2);
@@ -322,9 +329,9 @@ void TEditorScriptPlayer::RunStatement(const QList<TScriptWord>& AWords) {
                       : C.isDigit()                     ? Qt::Key_0 + C.digitValue()
                                                         : 0;
       QKeyEvent Down(QEvent::KeyPress, Key, Qt::NoModifier, QString(C));
-      QCoreApplication::sendEvent(Target, &Down);
+      Send(Target, &Down);
       QKeyEvent Up(QEvent::KeyRelease, Key, Qt::NoModifier, QString(C));
-      QCoreApplication::sendEvent(Target, &Up);
+      Send(Target, &Up);
     }
     FInputSeen = true;
   } else if (Cmd == QLatin1String("cmd")) {

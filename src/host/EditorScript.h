@@ -8,6 +8,7 @@
 #include <QStringList>
 #include <QTextStream>
 
+#include <exception>
 #include <memory>
 
 class TVDEditorWidget;
@@ -55,4 +56,7 @@ private:
   Qt::MouseButtons FButtons = Qt::NoButton;
   QString FLastPos;
   bool FInputSeen = false;
+  std::exception_ptr FEventError;
+  // Rethrows what an event handler caught.
+  void Send(QObject* ATarget, class QEvent* AEvent);
 };

@@ -1,5 +1,7 @@
 #include "VDEditorWidget.h"
 
+#include "Dialogs.h"
+
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -101,17 +103,38 @@ TShiftState TVDEditorWidget::ShiftState(Qt::KeyboardModifiers AModifiers, Qt::Mo
   return S;
 }
 
+template <class F>
+void TVDEditorWidget::Guard(F AWork) {
+  try {
+    AWork();
+  } catch (...) {
+    if (OnError) {
+      OnError(std::current_exception());
+      return;
+    }
+    try {
+      throw;
+    } catch (const std::exception& E) {
+      ShowErrorBox(QString::fromUtf8(E.what()));
+    } catch (...) {
+      ShowErrorBox(QStringLiteral("未知错误"));
+    }
+  }
+}
+
 void TVDEditorWidget::paintEvent(QPaintEvent*) {
   QPainter P(this);
-  P.drawImage(0, 0, FEditor->Image());
+  Guard([&] { P.drawImage(0, 0, FEditor->Image()); });
 }
 
 void TVDEditorWidget::resizeEvent(QResizeEvent*) { FEditor->SetClientSize(width(), height()); }
 
 void TVDEditorWidget::Press(QMouseEvent* AEvent, TShiftState AExtra) {
   if (!hasFocus()) setFocus(Qt::MouseFocusReason);
-  FEditor->MouseDown(ButtonOf(AEvent->button()), ShiftState(AEvent->modifiers(), AEvent->buttons()) | AExtra,
-                     PixelOf(AEvent->position()));
+  Guard([&] {
+    FEditor->MouseDown(ButtonOf(AEvent->button()), ShiftState(AEvent->modifiers(), AEvent->buttons()) | AExtra,
+                       PixelOf(AEvent->position()));
+  });
 }
 
 void TVDEditorWidget::mousePressEvent(QMouseEvent* AEvent) { Press(AEvent, 0); }
@@ -119,17 +142,19 @@ void TVDEditorWidget::mousePressEvent(QMouseEvent* AEvent) { Press(AEvent, 0); }
 void TVDEditorWidget::mouseDoubleClickEvent(QMouseEvent* AEvent) { Press(AEvent, sfDouble); }
 
 void TVDEditorWidget::mouseMoveEvent(QMouseEvent* AEvent) {
-  FEditor->MouseMove(ShiftState(AEvent->modifiers(), AEvent->buttons()), PixelOf(AEvent->position()));
+  Guard([&] { FEditor->MouseMove(ShiftState(AEvent->modifiers(), AEvent->buttons()), PixelOf(AEvent->position())); });
 }
 
 void TVDEditorWidget::mouseReleaseEvent(QMouseEvent* AEvent) {
-  FEditor->MouseUp(ButtonOf(AEvent->button()), ShiftState(AEvent->modifiers(), AEvent->buttons()),
-                   PixelOf(AEvent->position()));
+  Guard([&] {
+    FEditor->MouseUp(ButtonOf(AEvent->button()), ShiftState(AEvent->modifiers(), AEvent->buttons()),
+                     PixelOf(AEvent->position()));
+  });
 }
 
 void TVDEditorWidget::wheelEvent(QWheelEvent* AEvent) {
   const int D = AEvent->angleDelta().y();
-  if (D != 0) FEditor->MouseWheel(D > 0, PixelOf(AEvent->position()));
+  if (D != 0) Guard([&] { FEditor->MouseWheel(D > 0, PixelOf(AEvent->position())); });
   AEvent->accept();
 }
 
@@ -139,5 +164,5 @@ void TVDEditorWidget::keyPressEvent(QKeyEvent* AEvent) {
     QWidget::keyPressEvent(AEvent);
     return;
   }
-  FEditor->KeyDown(Key, ShiftState(AEvent->modifiers(), Qt::NoButton));
+  Guard([&] { FEditor->KeyDown(Key, ShiftState(AEvent->modifiers(), Qt::NoButton)); });
 }

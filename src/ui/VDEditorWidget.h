@@ -7,6 +7,8 @@
 
 #include <QWidget>
 
+#include <exception>
+#include <functional>
 #include <memory>
 
 class TVDEditorWidget : public QWidget {
@@ -20,6 +22,10 @@ public:
   static quint16 KeyCode(int AQtKey, Qt::KeyboardModifiers AModifiers);
   static TShiftState ShiftState(Qt::KeyboardModifiers AModifiers, Qt::MouseButtons AButtons);
   static QCursor CursorFor(int ACursor);
+
+  // An exception from the editor must not cross Qt's event dispatch: it goes here,
+  // or, without a handler, to an error box.
+  std::function<void(std::exception_ptr)> OnError;
 
 signals:
   // Right click at idle with nothing running: the host shows its menu here.
@@ -37,5 +43,7 @@ protected:
 
 private:
   void Press(QMouseEvent* AEvent, TShiftState AExtra);
+  template <class F>
+  void Guard(F AWork);
   std::unique_ptr<TVectorDrawingEditor> FEditor;
 };

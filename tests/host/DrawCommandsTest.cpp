@@ -66,7 +66,24 @@ TEST(DseDraw, StepZeroPromptOfEveryCommandBuiltSoFar) {
       {9, "按鼠标左键并拖动进行平移，按右键或ESC键结束", 9},
       {10, "按鼠标左键指定基准点，按右键或ESC结束", 10},
       {11, "按鼠标左键指定目标点，按右键或ESC结束", 11},
+      {16, "按鼠标左键指定插入点，按右键或ESC结束", 16},
+      {17, "按鼠标左键指定第一个端点，按右键结束或ESC取消", 17},
+      {18, "按鼠标左键指定第一个端点，按右键结束或ESC取消", 18},
+      {19, "按鼠标左键指定第一个端点，按右键结束或ESC取消", 19},
+      {20, "按鼠标左键指定第一个端点，按右键结束或ESC取消", 20},
+      {21, "按鼠标左键指定第一个端点，按右键结束或ESC取消", 21},
+      {22, "按鼠标左键指定第一个端点，按右键结束或ESC取消", 22},
+      {23, "按鼠标左键指定第一个角点，按右键或ESC取消", 23},
+      {24, "按鼠标左键指定圆心，按右键或ESC取消", 24},
+      {25, "按鼠标左键指定插入点，按右键或ESC取消", 25},
+      {26, "按鼠标左键指定插入点，按右键或ESC取消", 26},
+      {27, "按鼠标左键指定区域内任意一点，按右键或ESC取消", 27},
+      {28, "按鼠标左键指定标注线第一点，按右键或ESC取消", 28},
       {29, "按鼠标左键选择图元，或拉框选择，按右键确认选择或ESC取消", 29},
+      {45, "按鼠标左键选择一条线，按右键或ESC取消", 45},
+      {46, "按鼠标左键选择一条线，按右键或ESC取消", 46},
+      {47, "按鼠标左键选择第一条线，按右键或ESC取消", 47},
+      {50, "按鼠标左键指定插入点，按右键或ESC取消", 50},
   };
   for (const auto& Row : Rows) {
     SCOPED_TRACE(Row.ID);
@@ -75,10 +92,10 @@ TEST(DseDraw, StepZeroPromptOfEveryCommandBuiltSoFar) {
     EXPECT_EQ(D.Lines, QStringList({QStringLiteral("prompt ") + QString::fromUtf8(Row.Prompt),
                                     QStringLiteral("cmd %1").arg(Row.Reported)}));
   }
-  const TDraw Missing = Draw(Dir, {}, QStringLiteral("print cmd\ncmd 17\nprint cmd\n"));
+  const TDraw Missing = Draw(Dir, {}, QStringLiteral("print cmd\ncmd 30\nprint cmd\n"));
   EXPECT_EQ(Missing.R.Code, 1);
   EXPECT_EQ(Missing.Lines, QStringList{QStringLiteral("cmd 1")});
-  EXPECT_EQ(Missing.R.Err, QStringLiteral("error: line 2: command 17 is not available\n"));
+  EXPECT_EQ(Missing.R.Err, QStringLiteral("error: line 2: command 30 is not available\n"));
 }
 
 TEST(DseDraw, AZoomWindowInsideAnotherCommandReturnsToItsStepAndPrompt) {
