@@ -60,6 +60,50 @@ void BM_RubberBandMove(benchmark::State& State) {
 }
 BENCHMARK(BM_RubberBandMove)->Arg(1000)->Arg(1000000);
 
+// A line command's rubber band: every move snaps (an R-tree query) and redraws the band.
+void BM_LineRubberBandMove(benchmark::State& State) {
+  TVectorDrawingEditor& E = EditorWith(int(State.range(0)));
+  E.Execute(1, 0);
+  E.SetSnapSwitch(false);
+  E.Execute(17, 0);
+  E.MouseMove(0, {100, 1000});
+  E.MouseDown(mbLeft, sfLeft, {100, 1000});  // the first point, where no item is
+  E.MouseUp(mbLeft, 0, {100, 1000});
+  if (E.GetCurCmd() != 17 || E.DeepestCmdState().Step() != 1) State.SkipWithError("the line did not start");
+  int K = 0;
+  for (auto _ : State) {
+    ++K;
+    E.MouseMove(0, {300 + (K & 63), 900 + (K & 31)});
+  }
+  E.KeyDown(27, 0);
+  E.KeyDown(27, 0);
+}
+BENCHMARK(BM_LineRubberBandMove)->Arg(1000)->Arg(1000000);
+
+// One hatch click in the middle of N x N crossing lines, splitting included.
+void BM_HatchClick(benchmark::State& State) {
+  const int N = int(State.range(0));
+  TVectorDrawingEditor E(SettingsDir().filePath(QStringLiteral("hatch.ini")));
+  TVectorDrawing& D = E.GetVectorDrawing();
+  const double Len = 10.0 * (N - 1);
+  for (int I = 0; I < N; ++I) {
+    const double C = 10.0 * I;
+    D.Add(std::unique_ptr<TVectorDrawingItem>(
+        new TVectorLine(&D, D.GenID(), 0xFFFFFF, 0, psSolid, 0, 0, msNone, msNone, {-5, C}, {Len + 5, C})));
+    D.Add(std::unique_ptr<TVectorDrawingItem>(
+        new TVectorLine(&D, D.GenID(), 0xFFFFFF, 0, psSolid, 0, 0, msNone, msNone, {C, -5}, {C, Len + 5})));
+  }
+  const TKRNVector2d Click{10.0 * (N / 2) + 5, 10.0 * (N / 2) + 5};
+  std::unique_ptr<TKRNPolygon2d> Poly;
+  for (auto _ : State) {
+    if (!E.SearchHatchPoly(Click, Poly)) State.SkipWithError("no region found");
+    benchmark::DoNotOptimize(Poly);
+  }
+  // Segments after splitting: each line is cut at N crossings.
+  State.SetComplexityN(2 * N * (N + 1));
+}
+BENCHMARK(BM_HatchClick)->Arg(10)->Arg(30)->Arg(100)->Unit(benchmark::kMillisecond)->Complexity(benchmark::oNLogN);
+
 TVectorDrawingEditor& SelectedEditor() {
   TVectorDrawingEditor& E = EditorWith(100000);
   TVectorDrawing& D = E.GetVectorDrawing();
