@@ -140,6 +140,20 @@ TEST_F(TVectorDrawingEditorTest, SnapTakesAVertexFirstThenTheGridAndCountsNoChan
   E->SnapPoint(P, 8);
   EXPECT_DOUBLE_EQ(P.X, 100);
   EXPECT_EQ(D().ChangeCount(), Changes);
+  // Between vertexes at equal distance the earlier item wins; a later one only when
+  // nearer. A polyline's own search starts afresh, so the rule between items decides.
+  TKRNLines2d Lines;
+  Lines.List().Add(new TKRNArcVertex2d({104, 0}, atLine, 0));
+  Lines.List().Add(new TKRNArcVertex2d({200, 0}, atLine, 0));
+  auto* Poly = new TVectorPolyline(&D());
+  Poly->SetPolyline(Lines);
+  D().Add(std::unique_ptr<TVectorDrawingItem>(Poly));
+  P = {102, 0};
+  E->SnapPoint(P, 8);
+  EXPECT_DOUBLE_EQ(P.X, 100);
+  P = {102.5, 0};
+  E->SnapPoint(P, 8);
+  EXPECT_DOUBLE_EQ(P.X, 104);
 }
 
 TEST_F(TVectorDrawingEditorTest, SettingsAreWrittenWithEveryDefaultAndReadBack) {

@@ -207,6 +207,15 @@ TEST(TKRNIntersectFunc2d, TwoArcs) {
     TKRNVector2d P1{}, P2{};
     EXPECT_EQ(IF::Intersect(Upper, C.Other, P1, P2), C.Type);
   }
+  // Two upper halves overlapping by a hair: by default they touch at one point on the
+  // centre line; compared exactly they cross just above it.
+  const TKRNArc2d Near({14.9996, 0}, {4.9996, 0}, 5, atACS);
+  const TKRNArc2d Up({5, 0}, {-5, 0}, 5, atACS);
+  TKRNVector2d P1{}, P2{};
+  ASSERT_EQ(IF::Intersect(Up, Near, P1, P2), itOne);
+  EXPECT_NEAR(P1.Y, 0, 1e-9);
+  ASSERT_EQ(IF::Intersect(Up, Near, P1, P2, KRNEpsilon, true), itOne);
+  EXPECT_NEAR(P1.Y, std::sqrt(25 - 4.9998 * 4.9998), 1e-6);
 }
 
 // A second check by another route: long double algebra on random input, skipping

@@ -231,6 +231,18 @@ TEST(DseDrawTools, SnapsGiveTheirPointOrNothing) {
   const QStringList Refused = Play(Setup + QStringLiteral("cmd 45\nprint cmd\nclick 200,0\ncmd 46\nkey esc\nprint cmd\nprint prompt\n"));
   EXPECT_EQ(Refused.filter(QStringLiteral("cmd ")), QStringList({QStringLiteral("cmd 17"), QStringLiteral("cmd 17")}));
   EXPECT_TRUE(Refused.contains(QStringLiteral("prompt 按鼠标左键指定下一个端点，或按Ctrl+左键回退一线，按右键结束或ESC取消")));
+  // The foot may lie on the line's extension; a start on the line itself has no foot.
+  const QStringList Beyond = Play(QStringLiteral(
+      "cmd 17\nclick 0,0\nclick 100,0\nrclick\nclick 150,80\ncmd 45\nclick 50,0\nrclick\nprint item 3\n"
+      "click 200,0\ncmd 45\nclick 50,0\nprint cmd\n"));
+  EXPECT_EQ(Pt(Items(Beyond).at(0), "endPt"), QStringLiteral("150,0"));
+  EXPECT_EQ(Beyond.filter(QStringLiteral("cmd ")), QStringList{QStringLiteral("cmd 45")});  // collinear: stays
+  // Segments meet only where they lie, not where their extensions would.
+  const QStringList Apart = Play(QStringLiteral(
+      "cmd 17\nclick 0,0\nclick 100,0\nrclick\nclick 150,-50\nclick 150,50\nrclick\nclick 0,80\ncmd 47\n"
+      "click 50,0\nclick 150,20\nprint cmd\nprint prompt\n"));
+  EXPECT_TRUE(Apart.contains(QStringLiteral("cmd 47")));
+  EXPECT_TRUE(Apart.contains(QStringLiteral("prompt 按鼠标左键选择第一条线，按右键或ESC取消")));
   // A vertex within 8 pixels is taken with the snap switch off; the grid only with it on.
   const QStringList Vertex = Play(Setup + QStringLiteral("click 95,95\nclick 203,4\nrclick\nprint item 5\n"));
   EXPECT_EQ(Pt(Items(Vertex).at(0), "startPt"), QStringLiteral("100,100"));
