@@ -153,7 +153,7 @@ qint64 TMathExpression::AsInteger() {
   switch (FOperator) {
     case mfTrunc: case mfRound: {
       const double V = GetParam(0)->AsFloat();
-      // Round sends halves to the even neighbour, as the original runtime does.
+      // Round sends halves to the even neighbour (banker's rounding).
       const double R = FOperator == mfTrunc ? std::trunc(V) : std::nearbyint(V);
       if (!(R >= -9.2e18 && R <= 9.2e18)) throw EExpression(QStringLiteral("Invalid floating point operation"));
       return qint64(R);
@@ -200,7 +200,7 @@ qint64 TStringExpression::AsInteger() {
   return TFunction::AsInteger();
 }
 
-// The 8-bit form of a text, as the original's ANSI strings held it.
+// The 8-bit form of a text, as an ANSI string holds it.
 static QByteArray EightBit(const QString& S) { return QStringEncoder("GBK")(S); }
 static QString FromEightBit(const QByteArray& B) { return QStringDecoder("GBK")(B); }
 

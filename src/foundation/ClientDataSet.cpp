@@ -729,7 +729,7 @@ void TClientDataSet::Edit() {
   if (FState == TDataSetState::dsEdit || FState == TDataSetState::dsInsert)
     return;
   if (FCurrent < 0 || IsEmpty()) {
-    Append();  // as the original: editing an empty dataset inserts
+    Append();  // editing an empty dataset inserts a row
     return;
   }
   FBuffer = FRecords[FCurrent].Values;

@@ -26,7 +26,7 @@ using PIntKeyHashNode = TIntKeyHashNode*;
 using TIntKeyStrHashNode = THashNode<qintptr, QString>;
 using PIntKeyStrHashNode = TIntKeyStrHashNode*;
 
-// Snapshot of the nodes at creation; MoveNext then GetCurrent, as the original's for-in.
+// Snapshot of the nodes at creation; MoveNext then GetCurrent, as a for-in loop sees them.
 template <typename TNode>
 class THashEnumerator {
 public:

@@ -198,7 +198,7 @@ TFloatDigits ToDigits(double AValue, int APrecision) {
 }
 
 // Rounds the digits so that at most ADecimals remain after the decimal point,
-// half away from zero, as the original's decimal rounding does.
+// half away from zero on the decimal value.
 void RoundDigits(TFloatDigits& D, int ADecimals) {
   const int Keep = D.Exponent + ADecimals;
   if (Keep >= D.Digits.size()) return;

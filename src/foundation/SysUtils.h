@@ -1,6 +1,6 @@
 #pragma once
-// Text and number helpers that behave as the original runtime did, shared by every
-// module: trimming, ASCII case rules, strict conversions and float formatting.
+// Text and number helpers shared by every module: trimming, ASCII case rules,
+// strict conversions and float formatting, each with one fixed rule.
 
 #include <QString>
 #include <QByteArray>
@@ -29,7 +29,7 @@ QString Trim(const QString& S);
 QString TrimLeft(const QString& S);
 QString TrimRight(const QString& S);
 
-// ASCII-only case mapping and comparison, as the original's non-locale routines.
+// ASCII-only case mapping and comparison, whatever the locale.
 QChar AsciiUpCase(QChar C);
 QString UpperCase(const QString& S);
 QString LowerCase(const QString& S);

@@ -21,7 +21,7 @@ public:
   using Exception::Exception;
 };
 
-// The string list's index error, raised where the original's list ran past its end.
+// The line list's index error, raised where a lookup runs past the end of the lines.
 class EListError : public Exception {
 public:
   using Exception::Exception;

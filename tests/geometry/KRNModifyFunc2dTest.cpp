@@ -96,7 +96,7 @@ TEST(TKRNBreakFunc2d, EachPositionOfTheBreakPoint) {
   ExpectPt(A2->CenterPt(), {0, 0}, 1e-9);
   EXPECT_NEAR(A1->Length() + A2->Length(), Large.Length(), 1e-9);
 
-  // Part 1 past half the circle stays large, the rest is small; the same clockwise.
+  // A first part past half the circle stays large, the rest is small; the same clockwise.
   const double H = 10 / std::sqrt(2.0);
   const struct {
     const char* Name;
