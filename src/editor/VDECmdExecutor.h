@@ -171,3 +171,59 @@ protected:
   std::vector<std::unique_ptr<TVDICoordData>> FNewCoordList;
   std::vector<std::unique_ptr<TVDICoordData>> FOldCoordList;
 };
+
+// Rotation in place (IDs kept) or of copies (the sources stay). A text turned in place
+// also takes the angle as its rotation; undo gives back the rotation it had.
+class TVDERotateCmdExecutor : public TVDEDrawCmdExecutor {
+public:
+  using TVDEDrawCmdExecutor::TVDEDrawCmdExecutor;
+  // True only with a selection and a non-zero angle.
+  bool Rotate(const TKRNVector2d& ABasePt, double AAngle, bool ADelPrev);
+  void Redo() override;
+  void Undo() override;
+
+private:
+  void Turn(double AAngle, bool ANew);
+  double FAngle = 0;
+  TKRNVector2d FBasePt{};
+  bool FInPlace = true;
+  std::vector<int> FItemIDs;
+  std::vector<std::pair<int, std::pair<double, double>>> FTextAngles;  // ID, old and new rotation
+};
+
+// Mirroring in place or of copies; the record is always kept.
+class TVDEMirrorCmdExecutor : public TVDEDrawCmdExecutor {
+public:
+  using TVDEDrawCmdExecutor::TVDEDrawCmdExecutor;
+  void Mirror(const TKRNBeeline2d& AMirrorLine, bool ADelPrev);
+  void Redo() override;
+  void Undo() override;
+
+private:
+  void Flip();
+  TKRNBeeline2d FMirrorLine{};
+  bool FInPlace = true;
+  std::vector<int> FItemIDs;
+};
+
+class TVDEStretchCmdExecutor : public TVDECoordChangeCmdExecutor {
+public:
+  using TVDECoordChangeCmdExecutor::TVDECoordChangeCmdExecutor;
+  void Stretch(const TKRNBox2d& ACrossBox, const TKRNVector2d& ABasePt, const TKRNVector2d& AInsertPt);
+};
+
+// A grip of one or more items: the grip index with its item.
+using TVDEGripList = std::vector<std::pair<int, TVectorDrawingItem*>>;
+
+class TVDEDragGripCmdExecutor : public TVDECoordChangeCmdExecutor {
+public:
+  using TVDECoordChangeCmdExecutor::TVDECoordChangeCmdExecutor;
+  // True only with grips and two distinct points.
+  bool DragGrip(const TVDEGripList& AList, const TKRNVector2d& ABasePt, const TKRNVector2d& AInsertPt);
+};
+
+class TVDEDragMoveCmdExecutor : public TVDECoordChangeCmdExecutor {
+public:
+  using TVDECoordChangeCmdExecutor::TVDECoordChangeCmdExecutor;
+  bool DragMove(const TKRNVector2d& ABasePt, const TKRNVector2d& AInsertPt);
+};

@@ -1,5 +1,6 @@
 #include "EditorTestUtils.h"
 #include "VDECmdExecutor.h"
+#include "VDIText.h"
 
 namespace {
 
@@ -198,4 +199,82 @@ TEST_F(TVDEExecutorTest, CoordChangeRestoresSnapshots) {
   EXPECT_DOUBLE_EQ(L->GetXLine().StartPt().Y, 0);
   X->Redo();
   EXPECT_DOUBLE_EQ(L->GetXLine().StartPt().Y, 2);
+}
+
+TEST_F(TVDEExecutorTest, RotateInPlaceOrAsCopiesAndUndoIt) {
+  const int A = AddLine(10, 0, 20, 0);
+  auto* T = new TVectorText(&D(), D().GenID(), 0, QStringLiteral("x"), {10, 0}, 0.25, QStringLiteral("宋体"), 12, 0,
+                            haLeftJustify, vaTopJustify, true, 0, QString());
+  D().Add(std::unique_ptr<TVectorDrawingItem>(T));
+  D().SelSet().Add(D().ItemByID(A));
+  D().SelSet().Add(T);
+  auto L = [&] { return static_cast<TVectorLine*>(D().ItemByID(A)); };
+  EXPECT_FALSE(std::make_shared<TVDERotateCmdExecutor>(*E)->Rotate({0, 0}, 0, true));
+  auto X = std::make_shared<TVDERotateCmdExecutor>(*E);
+  ASSERT_TRUE(X->Rotate({0, 0}, KRNPi / 2, true));
+  EXPECT_NEAR(L()->GetXLine().StartPt().Y, 10, 1e-9);
+  EXPECT_NEAR(T->Angle(), KRNPi / 2, 1e-6);
+  X->Undo();
+  EXPECT_NEAR(L()->GetXLine().StartPt().X, 10, 1e-9);
+  EXPECT_NEAR(L()->GetXLine().StartPt().Y, 0, 1e-9);
+  EXPECT_NEAR(T->Angle(), 0.25, 1e-6);
+  X->Redo();
+  EXPECT_NEAR(T->InsertPt().Y, 10, 1e-9);
+
+  auto C = std::make_shared<TVDERotateCmdExecutor>(*E);
+  ASSERT_TRUE(C->Rotate({0, 0}, KRNPi, false));
+  ASSERT_EQ(D().Count(), 4);  // the sources stay
+  const std::vector<int> After = Items();
+  C->Undo();
+  EXPECT_EQ(D().Count(), 2);
+  C->Redo();
+  EXPECT_EQ(Items(), After);
+}
+
+TEST_F(TVDEExecutorTest, MirrorUndoesItself) {
+  const int A = AddLine(10, 5, 20, 5);
+  D().SelSet().Add(D().ItemByID(A));
+  auto X = std::make_shared<TVDEMirrorCmdExecutor>(*E);
+  X->Mirror(TKRNBeeline2d({0, 0}, {1, 0}), true);
+  auto* L = static_cast<TVectorLine*>(D().ItemByID(A));
+  EXPECT_NEAR(L->GetXLine().StartPt().Y, -5, 1e-9);
+  X->Undo();
+  EXPECT_NEAR(L->GetXLine().StartPt().Y, 5, 1e-9);
+  auto C = std::make_shared<TVDEMirrorCmdExecutor>(*E);
+  C->Mirror(TKRNBeeline2d({0, 0}, {1, 0}), false);
+  EXPECT_EQ(D().Count(), 2);
+  C->Undo();
+  EXPECT_EQ(Items(), std::vector<int>{A});
+}
+
+TEST_F(TVDEExecutorTest, GripAndItemDragsAndStretchRecordSnapshots) {
+  const int A = AddLine(0, 0, 10, 0);
+  const int B = AddLine(10, 0, 10, 10);
+  auto* LA = static_cast<TVectorLine*>(D().ItemByID(A));
+  auto* LB = static_cast<TVectorLine*>(D().ItemByID(B));
+  auto G = std::make_shared<TVDEDragGripCmdExecutor>(*E);
+  EXPECT_FALSE(G->DragGrip({{1, LA}}, {10, 0}, {10, 0}));  // released where pressed
+  ASSERT_TRUE(G->DragGrip({{1, LA}, {0, LB}}, {10, 0}, {12, 3}));  // a shared end moves on both
+  EXPECT_NEAR(LA->GetXLine().EndPt().X, 12, 1e-9);
+  EXPECT_NEAR(LB->GetXLine().StartPt().Y, 3, 1e-9);
+  G->Undo();
+  EXPECT_NEAR(LA->GetXLine().EndPt().X, 10, 1e-9);
+  EXPECT_NEAR(LB->GetXLine().StartPt().Y, 0, 1e-9);
+
+  D().SelSet().Add(LA);
+  auto M = std::make_shared<TVDEDragMoveCmdExecutor>(*E);
+  ASSERT_TRUE(M->DragMove({0, 0}, {0, 5}));
+  EXPECT_NEAR(LA->GetXLine().StartPt().Y, 5, 1e-9);
+  M->Undo();
+  EXPECT_NEAR(LA->GetXLine().StartPt().Y, 0, 1e-9);
+
+  D().SelSet().Add(LB);
+  auto S = std::make_shared<TVDEStretchCmdExecutor>(*E);
+  S->Stretch(TKRNBox2d{{8, -2}, {12, 2}}, {0, 0}, {5, 0});  // only the ends in the box move
+  EXPECT_NEAR(LA->GetXLine().EndPt().X, 15, 1e-9);
+  EXPECT_NEAR(LA->GetXLine().StartPt().X, 0, 1e-9);
+  S->Undo();
+  EXPECT_NEAR(LA->GetXLine().EndPt().X, 10, 1e-9);
+  S->Redo();
+  EXPECT_NEAR(LB->GetXLine().StartPt().X, 15, 1e-9);
 }
