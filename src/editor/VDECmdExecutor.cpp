@@ -1,6 +1,7 @@
 #include "VDECmdExecutor.h"
 
 #include "VDIVisitor.h"
+#include "VDIText.h"
 #include "VectorDrawing.h"
 
 #include <algorithm>
@@ -211,4 +212,139 @@ void TVDECoordChangeCmdExecutor::Redo() {
 void TVDECoordChangeCmdExecutor::Undo() {
   TVDECmdExecutor::Undo();
   Apply(FOldCoordList);
+}
+
+// ---- rotate and mirror ------------------------------------------------------
+
+namespace {
+
+std::vector<TVectorDrawingItem*> Selected(TVectorDrawing& D) {
+  std::vector<TVectorDrawingItem*> R;
+  for (int I = 0; I < D.SelSet().Count(); ++I) R.push_back(D.SelSet().Items(I));
+  return R;
+}
+
+}  // namespace
+
+bool TVDERotateCmdExecutor::Rotate(const TKRNVector2d& ABasePt, double AAngle, bool ADelPrev) {
+  TVectorDrawing& D = Drawing();
+  if (D.SelSet().Count() == 0 || AAngle == 0) return false;
+  FBasePt = ABasePt;
+  FAngle = AAngle;
+  FInPlace = ADelPrev;
+  D.BeginUpdate();
+  for (TVectorDrawingItem* S : Selected(D)) {
+    TVectorDrawingItem* Item = ADelPrev ? S : AddItem(*S);
+    if (ADelPrev) FItemIDs.push_back(Item->ID());
+    if (auto* T = dynamic_cast<TVectorText*>(Item)) {
+      if (ADelPrev) FTextAngles.push_back({T->ID(), {T->Angle(), AAngle}});
+      T->SetAngle(AAngle);
+    }
+    TVDIRotateVisitor V(ABasePt, AAngle);
+    Item->Accept(V);
+  }
+  D.EndUpdate();
+  return true;
+}
+
+void TVDERotateCmdExecutor::Turn(double AAngle, bool ANew) {
+  TVectorDrawing& D = Drawing();
+  D.BeginUpdate();
+  TVDIRotateVisitor V(FBasePt, AAngle);
+  for (const int ID : FItemIDs)
+    if (TVectorDrawingItem* Item = D.ItemByID(ID)) Item->Accept(V);
+  for (const auto& [ID, Angles] : FTextAngles)
+    if (auto* T = dynamic_cast<TVectorText*>(D.ItemByID(ID))) T->SetAngle(ANew ? Angles.second : Angles.first);
+  D.EndUpdate();
+}
+
+void TVDERotateCmdExecutor::Redo() {
+  if (!FInPlace) return TVDEDrawCmdExecutor::Redo();
+  TVDECmdExecutor::Redo();
+  Turn(FAngle, true);
+}
+
+void TVDERotateCmdExecutor::Undo() {
+  if (!FInPlace) return TVDEDrawCmdExecutor::Undo();
+  TVDECmdExecutor::Undo();
+  Turn(-FAngle, false);
+}
+
+void TVDEMirrorCmdExecutor::Mirror(const TKRNBeeline2d& AMirrorLine, bool ADelPrev) {
+  TVectorDrawing& D = Drawing();
+  FMirrorLine = AMirrorLine;
+  FInPlace = ADelPrev;
+  D.BeginUpdate();
+  TVDIMirrorVisitor V(AMirrorLine);
+  for (TVectorDrawingItem* S : Selected(D)) {
+    TVectorDrawingItem* Item = ADelPrev ? S : AddItem(*S);
+    if (ADelPrev) FItemIDs.push_back(Item->ID());
+    Item->Accept(V);
+  }
+  D.EndUpdate();
+}
+
+void TVDEMirrorCmdExecutor::Flip() {
+  TVectorDrawing& D = Drawing();
+  D.BeginUpdate();
+  TVDIMirrorVisitor V(FMirrorLine);
+  for (const int ID : FItemIDs)
+    if (TVectorDrawingItem* Item = D.ItemByID(ID)) Item->Accept(V);
+  D.EndUpdate();
+}
+
+void TVDEMirrorCmdExecutor::Redo() {
+  if (!FInPlace) return TVDEDrawCmdExecutor::Redo();
+  TVDECmdExecutor::Redo();
+  Flip();
+}
+
+void TVDEMirrorCmdExecutor::Undo() {
+  if (!FInPlace) return TVDEDrawCmdExecutor::Undo();
+  TVDECmdExecutor::Undo();
+  Flip();  // a mirror undoes itself
+}
+
+// ---- stretch and drags ------------------------------------------------------
+
+void TVDEStretchCmdExecutor::Stretch(const TKRNBox2d& ACrossBox, const TKRNVector2d& ABasePt,
+                                     const TKRNVector2d& AInsertPt) {
+  TVectorDrawing& D = Drawing();
+  TVDIStretchVisitor V(ACrossBox, ABasePt, AInsertPt);
+  D.BeginUpdate();
+  for (TVectorDrawingItem* Item : Selected(D)) {
+    AddOld(*Item);
+    Item->Accept(V);
+    AddNew(*Item);
+  }
+  D.EndUpdate();
+}
+
+bool TVDEDragGripCmdExecutor::DragGrip(const TVDEGripList& AList, const TKRNVector2d& ABasePt,
+                                       const TKRNVector2d& AInsertPt) {
+  if (AList.empty() || PointIsSame(ABasePt, AInsertPt, KRNEpsilon)) return false;
+  TVectorDrawing& D = Drawing();
+  D.BeginUpdate();
+  for (const auto& [Grip, Item] : AList) {
+    AddOld(*Item);
+    TVDIDragGripVisitor V(Grip, ABasePt, AInsertPt);
+    Item->Accept(V);
+    AddNew(*Item);
+  }
+  D.EndUpdate();
+  return true;
+}
+
+bool TVDEDragMoveCmdExecutor::DragMove(const TKRNVector2d& ABasePt, const TKRNVector2d& AInsertPt) {
+  TVectorDrawing& D = Drawing();
+  if (D.SelSet().Count() == 0 || PointIsSame(ABasePt, AInsertPt, KRNEpsilon)) return false;
+  TVDIMoveVisitor V(ABasePt, AInsertPt);
+  D.BeginUpdate();
+  for (TVectorDrawingItem* Item : Selected(D)) {
+    AddOld(*Item);
+    Item->Accept(V);
+    AddNew(*Item);
+  }
+  D.EndUpdate();
+  return true;
 }
