@@ -2,6 +2,7 @@
 
 #include "VDECmdState.h"
 #include "VDEDrawCmdState.h"
+#include "VDEGripCmdState.h"
 #include "VDESnapCmdState.h"
 #include "VDEModifyCmdState.h"
 #include "VDERunCmd.h"
@@ -31,6 +32,7 @@ const TVDECommandClass* FindVDECommand(int ACmdID) {
 
 void RegisterEditorCommands() {
   static const bool Done = [] {
+    RegisterGripStates();
     RegisterSnapStates();
     RegisterDrawStates();
     RegisterSelectStates();

@@ -5,6 +5,7 @@
 
 #include "KRNGeo2DTypes.h"
 #include "KRNPolygon2d.h"
+#include "KRNSearchPoly2d.h"
 
 #include <memory>
 #include <vector>
@@ -34,7 +35,7 @@ public:
 private:
   void BuildGrid() const;
   std::vector<TLineItemInfo> FList;
-  mutable std::unique_ptr<class TKRNExtSeg2dList> FGrid;
+  mutable std::unique_ptr<TKRNExtSeg2dList> FGrid;
 };
 
 // False on an empty drawing, when no closed region holds the point, or when a hatch

@@ -80,10 +80,21 @@ TEST(DseDraw, StepZeroPromptOfEveryCommandBuiltSoFar) {
       {27, "按鼠标左键指定区域内任意一点，按右键或ESC取消", 27},
       {28, "按鼠标左键指定标注线第一点，按右键或ESC取消", 28},
       {29, "按鼠标左键选择图元，或拉框选择，按右键确认选择或ESC取消", 29},
+      {30, "按鼠标左键选择图元，或拉框选择，按右键确认选择或ESC取消", 30},
+      {31, "按鼠标左键选择图元，或拉框选择，按右键确认选择或ESC取消", 31},
+      {32, "按鼠标左键选择图元，或拉框选择，按右键确认选择或ESC取消", 32},
+      {33, "按鼠标左键选择图元，或拉框选择，按右键确认选择或ESC取消", 33},
+      {34, "按鼠标左键选择一条延伸边界线，按右键或ESC取消", 34},
+      {35, "按鼠标左键选择一条修剪边界线，按右键或ESC取消", 35},
+      {36, "按鼠标左键选择图元，或拉框选择，按右键确认选择或ESC取消", 36},
+      {37, "按鼠标左键选择图元，或拉框选择，按右键确认选择或ESC取消", 37},
+      {38, "请拉框选择图元，按右键或ESC取消", 38},
       {45, "按鼠标左键选择一条线，按右键或ESC取消", 45},
       {46, "按鼠标左键选择一条线，按右键或ESC取消", 46},
       {47, "按鼠标左键选择第一条线，按右键或ESC取消", 47},
       {50, "按鼠标左键指定插入点，按右键或ESC取消", 50},
+      {61, "按鼠标左键选择图元，或拉框选择，按右键确认选择或ESC取消", 61},
+      {62, "按鼠标左键选择第一条线，按右键或ESC取消", 62},
   };
   for (const auto& Row : Rows) {
     SCOPED_TRACE(Row.ID);
@@ -92,10 +103,10 @@ TEST(DseDraw, StepZeroPromptOfEveryCommandBuiltSoFar) {
     EXPECT_EQ(D.Lines, QStringList({QStringLiteral("prompt ") + QString::fromUtf8(Row.Prompt),
                                     QStringLiteral("cmd %1").arg(Row.Reported)}));
   }
-  const TDraw Missing = Draw(Dir, {}, QStringLiteral("print cmd\ncmd 30\nprint cmd\n"));
+  const TDraw Missing = Draw(Dir, {}, QStringLiteral("print cmd\ncmd 56\nprint cmd\n"));
   EXPECT_EQ(Missing.R.Code, 1);
   EXPECT_EQ(Missing.Lines, QStringList{QStringLiteral("cmd 1")});
-  EXPECT_EQ(Missing.R.Err, QStringLiteral("error: line 2: command 30 is not available\n"));
+  EXPECT_EQ(Missing.R.Err, QStringLiteral("error: line 2: command 56 is not available\n"));
 }
 
 TEST(DseDraw, AZoomWindowInsideAnotherCommandReturnsToItsStepAndPrompt) {
