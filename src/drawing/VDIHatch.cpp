@@ -40,7 +40,7 @@ TKRNVector2d TVectorHatch::GetGrips(int AIndex) const {
   int K = AIndex - N;
   for (int I = 0; I < N; ++I)
     if (FXPoly->List()[I]->VertexType() == vtArc && K-- == 0)
-      return KRNVertexEdge(*FXPoly->List()[I], FXPoly->List().Points((I + 1) % N))->MiddlePoint();
+      return VectorScale(VectorAdd(FXPoly->List().Points(I), FXPoly->List().Points((I + 1) % N)), 0.5);  // the chord's middle
   return {};
 }
 

@@ -44,7 +44,8 @@ void VDIDragEdge(TKRNCustomLine2d& AEdge, int AGripIdx, const TKRNVector2d& AVec
   Arc->SetRadius(Fit->ArcType() == atLine ? 0 : Fit->Radius());
 }
 
-void VDIDragVertexList(TKRNVertex2dList& AList, bool AClosed, int AGripIdx, const TKRNVector2d& AVector) {
+void VDIDragVertexList(TKRNVertex2dList& AList, bool AClosed, int AGripIdx, const TKRNVector2d& AVector,
+                       TVDIArcGrips AArcGrips) {
   const int N = AList.Count();
   if (AGripIdx < 0)
     return;
@@ -60,10 +61,13 @@ void VDIDragVertexList(TKRNVertex2dList& AList, bool AClosed, int AGripIdx, cons
   int K = AGripIdx - N;
   const int Edges = AClosed ? N : N - 1;
   for (int I = 0; I < Edges; ++I) {
-    if (AList[I]->VertexType() != vtArc || K-- != 0)
-      continue;
     const TKRNVector2d& S = AList.Points(I);
     const TKRNVector2d& E = AList.Points((I + 1) % N);
+    // An arc vertex that has become straight has no grip on a polyline.
+    const bool HasGrip = AArcGrips == agArcVertexes ? AList[I]->VertexType() == vtArc
+                                                    : KRNVertexEdge(*AList[I], E)->IsArcType();
+    if (!HasGrip || K-- != 0)
+      continue;
     const TKRNVector2d Mid = VectorAdd(KRNVertexEdge(*AList[I], E)->MiddlePoint(), AVector);
     const TKRNPtr<TKRNCustomLine2d> Fit = TKRNArc2d::CreateBy3Points(S, Mid, E);
     AList.Replace(I, KRNMakeVertex(S, Fit->ArcType(), Fit->ArcType() == atLine ? 0 : Fit->Radius()));
@@ -195,7 +199,7 @@ void TVDIDragGripVisitor::VisitArc(TVectorArc& AItem) {
 
 void TVDIDragGripVisitor::VisitPolyline(TVectorPolyline& AItem) {
   auto C = ClonePolyline(AItem);
-  VDIDragVertexList(C->List(), false, FGripIdx, FVector);
+  VDIDragVertexList(C->List(), false, FGripIdx, FVector, agArcEdges);
   AItem.SetPolyline(*C);
 }
 
@@ -210,7 +214,7 @@ void TVDIDragGripVisitor::VisitCircle(TVectorCircle& AItem) {
 void TVDIDragGripVisitor::VisitHatch(TVectorHatch& AItem) {
   TKRNPolygon2d C;
   C.Assign(AItem.XPoly());
-  VDIDragVertexList(C.List(), true, FGripIdx, FVector);
+  VDIDragVertexList(C.List(), true, FGripIdx, FVector, agArcVertexes);
   AItem.SetPolygon(C);
 }
 

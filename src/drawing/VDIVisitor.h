@@ -160,4 +160,7 @@ private:
 // line moves whole, an arc is re-fitted through the moved middle). Vertex list: a
 // vertex index moves that vertex, a later index bends the matching arc edge.
 void VDIDragEdge(TKRNCustomLine2d& AEdge, int AGripIdx, const TKRNVector2d& AVector);
-void VDIDragVertexList(TKRNVertex2dList& AList, bool AClosed, int AGripIdx, const TKRNVector2d& AVector);
+// Which edges have an arc grip: a polyline's edges that are arcs, a hatch's arc vertexes.
+enum TVDIArcGrips { agArcEdges, agArcVertexes };
+void VDIDragVertexList(TKRNVertex2dList& AList, bool AClosed, int AGripIdx, const TKRNVector2d& AVector,
+                       TVDIArcGrips AArcGrips);

@@ -255,6 +255,16 @@ TEST(TVectorDrawingItem, GripsAndCoordData) {
   EXPECT_EQ(H.GetGripCount(), 4);  // the arc grip lies on the chord back to the first vertex
   EXPECT_NEAR(H.GetGrips(3).X, 5, 1e-9);
   EXPECT_NEAR(H.GetGrips(3).Y, 5, 1e-9);
+  // A real arc's grip is the middle of its chord, not of the arc.
+  TKRNPolygon2d Q;
+  Q.List().AddLinePoint({0, 0});
+  Q.List().AddArcPoint({10, 0}, atACS, 10);
+  Q.List().AddLinePoint({10, 10});
+  Q.List().AddLinePoint({0, 10});
+  TVectorHatch HA(&K.D, 2, 0, bsSolid, Q);
+  ASSERT_EQ(HA.GetGripCount(), 5);
+  EXPECT_NEAR(HA.GetGrips(4).X, 10, 1e-9);
+  EXPECT_NEAR(HA.GetGrips(4).Y, 5, 1e-9);
   const auto Saved = K.Circle->CreateCoordData();
   K.Circle->SetCircle({0, 0}, 1);
   K.Circle->SetCoordData(*Saved);

@@ -159,6 +159,24 @@ TEST(TVDIVisitors, DragGripByKind) {
   ExpectPt(S.Poly->Polyline().List().Points(2), {30, 10});
   EXPECT_EQ(S.Poly->Polyline().List()[1]->ArcType(), atLine);
 
+  // An arc vertex that turned straight has no grip: grip 3 is the arc after it.
+  {
+    TVectorDrawing D;
+    auto* P = new TVectorPolyline(&D);
+    TKRNLines2d L;
+    L.List().AddArcPoint({0, 0}, atLine, 0);
+    L.List().AddArcPoint({10, 0}, atACS, 5);
+    L.List().AddLinePoint({20, 0});
+    P->SetPolyline(L);
+    D.Add(std::unique_ptr<TVectorDrawingItem>(P));
+    ASSERT_EQ(P->GetGripCount(), 4);
+    const TKRNVector2d G = P->GetGrips(3);
+    TVDIDragGripVisitor Bulge(3, G, {G.X, G.Y + 1});
+    P->Accept(Bulge);
+    EXPECT_EQ(P->Polyline().List()[0]->ArcType(), atLine);
+    ExpectPt(P->GetGrips(3), {G.X, G.Y + 1}, 1e-6);
+  }
+
   TVDIDragGripVisitor Corner(2, {0, 0}, {2, 2});
   S.Hatch->Accept(Corner);
   ExpectPt(S.Hatch->XPoly().List().Points(2), {6, 6});
