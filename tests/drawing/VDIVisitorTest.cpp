@@ -164,7 +164,7 @@ TEST(TVDIVisitors, DragGripByKind) {
     TVectorDrawing D;
     auto* P = new TVectorPolyline(&D);
     TKRNLines2d L;
-    L.List().AddArcPoint({0, 0}, atLine, 0);
+    L.List().Add(new TKRNArcVertex2d({0, 0}, atLine, 0));  // an arc vertex, straight
     L.List().AddArcPoint({10, 0}, atACS, 5);
     L.List().AddLinePoint({20, 0});
     P->SetPolyline(L);
