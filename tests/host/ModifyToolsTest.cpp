@@ -171,3 +171,18 @@ TEST(DseModifyTools, GripsDragSharedEndsTogether) {
   // With a modifier a selected item drags the whole selection.
   ExpectExactUndoRedo(Setup, QStringLiteral("click 50,0\ndrag 50,0 50,20 left ctrl\n"));
 }
+
+TEST(DseModifyTools, ClipboardAndSelectionCommands) {
+  const QString Setup = Lines({"0,0 100,0", "0,50 100,50"});
+  const QStringList Out = Play(Setup + QStringLiteral(
+      "click 30,0\ncmd 48\nprint items\ncmd 50\nclick 0,100\nprint items\nprint item 5\ncmd 52\nprint sel\ncmd 59\n"
+      "print sel\nclick 30,50\ncmd 51\nprint items\nprint undo\n"));
+  EXPECT_EQ(Out.filter(QStringLiteral("items")),
+            QStringList({QStringLiteral("items 1 3"), QStringLiteral("items 2 3,5"), QStringLiteral("items 1 5")}));
+  EXPECT_EQ(Pt(Items(Out).at(0), "startPt"), QStringLiteral("0,100"));  // pasted at the click
+  EXPECT_TRUE(Out.contains(QStringLiteral("sel 2 3,5")));
+  EXPECT_TRUE(Out.contains(QStringLiteral("sel 0")));
+  EXPECT_TRUE(Out.contains(QStringLiteral("undo true")));
+  ExpectExactUndoRedo(Setup, QStringLiteral("click 30,0\ncmd 48\n"));
+  ExpectExactUndoRedo(Setup, QStringLiteral("click 30,0\ncmd 51\n"));
+}
