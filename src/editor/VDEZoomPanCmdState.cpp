@@ -39,7 +39,7 @@ void TVDEZoomWinState::DoMouseDown(TMouseButton AButton, TShiftState AShift, TKR
   if (AButton == mbLeft) {
     if (FStep == 0) {
       FElasticSP = FElasticEP = APoint;
-      SetCurCursor(crHide);
+      if (HideCursorInBox()) SetCurCursor(crHide);
       FStep = 1;
     } else if (!FIsDrag) {
       FElasticEP = APoint;
@@ -145,32 +145,7 @@ TVDECmdInfo TVDEPanPointState::ClassCmdInfo() {
   return Info(cmdPanPoint, "定点平移", "按鼠标左键指定基准点，按右键或ESC结束\r按鼠标左键指定第二点，按右键或ESC结束");
 }
 
-void TVDEPanPointState::DoMouseDown(TMouseButton AButton, TShiftState AShift, TKRNVector2d& APoint) {
-  if (AButton == mbLeft) {
-    if (FStep == 0) {
-      FElasticSP = FElasticEP = APoint;
-      FStep = 1;
-    } else if (!FIsDrag) {
-      FElasticEP = APoint;
-      ApplyPan();
-    }
-    return;
-  }
-  TVDEZoomPanState::DoMouseDown(AButton, AShift, APoint);
-}
-
-void TVDEPanPointState::DoMouseUp(TMouseButton AButton, TShiftState, const TKRNVector2d& APoint) {
-  if (AButton != mbLeft || FStep != 1) return;
-  FIsDrag = Moved2(GetCoordTrans(), FElasticSP, APoint);
-  if (FIsDrag) {
-    XorElastic();
-    FElasticEP = APoint;
-    XorElastic();
-    ApplyPan();
-  }
-}
-
-void TVDEPanPointState::ApplyPan() {
+void TVDEPanPointState::Apply() {
   XorElastic();
   FStep = 0;
   FIsDrag = true;

@@ -22,7 +22,9 @@ protected:
   void DoMouseDown(TMouseButton AButton, TShiftState AShift, TKRNVector2d& APoint) override;
   void DoMouseMove(TShiftState AShift, TKRNVector2d& APoint) override;
   void DoMouseUp(TMouseButton AButton, TShiftState AShift, const TKRNVector2d& APoint) override;
-  void Apply();
+  // The two points are set: zoom to their box.
+  virtual void Apply();
+  virtual bool HideCursorInBox() const { return true; }
 
   TKRNVector2d FElasticEP{}, FElasticSP{};
   bool FIsDrag = true;
@@ -64,9 +66,8 @@ public:
 
 protected:
   void DoDrawElastic(QPainter& AHDC) override;
-  void DoMouseDown(TMouseButton AButton, TShiftState AShift, TKRNVector2d& APoint) override;
-  void DoMouseUp(TMouseButton AButton, TShiftState AShift, const TKRNVector2d& APoint) override;
-  void ApplyPan();
+  void Apply() override;
+  bool HideCursorInBox() const override { return false; }
 };
 
 class TVDEPanCenterState : public TVDEZoomPanState {
