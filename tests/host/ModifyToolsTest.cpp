@@ -126,6 +126,11 @@ TEST(DseModifyTools, TrimKeepsThePieceAwayFromTheClick) {
   ASSERT_EQ(Items(C).size(), 2u);
   EXPECT_EQ(Pt(Items(C)[0], "endPt"), QStringLiteral("30,0"));
   EXPECT_EQ(Pt(Items(C)[1], "startPt"), QStringLiteral("70,0"));
+  // Outside the circle, before its first crossing: the piece from there to the end stays.
+  const QStringList Out2 = Play(Circle + QStringLiteral("cmd 35\nclick 50,20\nclick 10,0\nprint items\nprint item 3\n"));
+  EXPECT_TRUE(Out2.contains(QStringLiteral("items 2 1,3")));
+  EXPECT_EQ(Pt(Items(Out2).at(0), "startPt"), QStringLiteral("30,0"));
+  EXPECT_EQ(Pt(Items(Out2).at(0), "endPt"), QStringLiteral("100,0"));
   ExpectExactUndoRedo(Setup, QStringLiteral("cmd 35\nclick 50,40\nclick 80,0\n"));
   ExpectExactUndoRedo(Circle, QStringLiteral("cmd 35\nclick 50,20\nclick 50,0\n"));
 }
