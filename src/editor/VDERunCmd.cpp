@@ -1,5 +1,7 @@
 #include "VDERunCmd.h"
 
+#include "Dialogs.h"
+#include "SysUtils.h"
 #include "VDECmdExecutor.h"
 #include "VDECmdState.h"
 #include "VDEClipBrd.h"
@@ -75,6 +77,79 @@ void SelAll(IVDEditor& E, qintptr) {
   D.EndUpdate();
 }
 
+const QString SNoLimit = QStringLiteral("[无限制]");
+const QString SDefaultColor = QStringLiteral("缺省");
+
+QStringList Tens() {
+  QStringList L;
+  for (int I = 10; I <= 100; I += 10) L << QString::number(I);
+  return L;
+}
+
+// "设置网格": the two spacings and the switch.
+void GridSetting(IVDEditor& E, qintptr) {
+  const QStringList OnOff = {QStringLiteral("开启"), QStringLiteral("关闭")};
+  std::vector<TFormField> F = {{QStringLiteral("横向"), QString::number(E.GetGridXSpace()), Tens()},
+                               {QStringLiteral("纵向"), QString::number(E.GetGridYSpace()), Tens()},
+                               {QStringLiteral("开关"), OnOff[E.GetGridSwitch() ? 0 : 1], OnOff}};
+  const TFormValidator Check = [OnOff](const std::vector<TFormField>& A, QString& AMsg) {
+    for (int I = 0; I < 2; ++I) {
+      int V;
+      if (!TryStrToInt(Trim(A[size_t(I)].Value), V) || V < 1 || V > 32767) {
+        AMsg = QStringLiteral("网格间距必须是1到32767之间的整数");
+        return false;
+      }
+    }
+    if (!OnOff.contains(Trim(A[2].Value))) {
+      AMsg = QStringLiteral("开关必须是开启或关闭");
+      return false;
+    }
+    return true;
+  };
+  if (!Dialogs().FormDialog(QStringLiteral("设置网格"), F, Check)) return;
+  E.SetGridXSpace(StrToInt(Trim(F[0].Value)));
+  E.SetGridYSpace(StrToInt(Trim(F[1].Value)));
+  E.SetGridSwitch(Trim(F[2].Value) == OnOff[0]);
+}
+
+// "设置图形属性": page size (or no limit), remark and background colour.
+void DrawPropSetting(IVDEditor& E, qintptr) {
+  TVectorDrawing& D = E.GetVectorDrawing();
+  const auto Size = [](int V) { return V > 0 ? QString::number(V) : SNoLimit; };
+  std::vector<TFormField> F = {{QStringLiteral("宽度"), Size(D.DrawingWidth()), {SNoLimit}},
+                               {QStringLiteral("高度"), Size(D.DrawingHeight()), {SNoLimit}},
+                               {QStringLiteral("备注"), D.Remark(), {}},
+                               {QStringLiteral("背景色"), D.BackColor() == 0 ? SDefaultColor : QString::number(D.BackColor()),
+                                {SDefaultColor}}};
+  const TFormValidator Check = [](const std::vector<TFormField>& A, QString& AMsg) {
+    for (int I = 0; I < 2; ++I) {
+      const QString V = Trim(A[size_t(I)].Value);
+      int N;
+      if (V != SNoLimit && (!TryStrToInt(V, N) || N < 1)) {
+        AMsg = QStringLiteral("%1必须是正整数或%2").arg(A[size_t(I)].Label, SNoLimit);
+        return false;
+      }
+    }
+    const QString C = Trim(A[3].Value);
+    qint64 Color;
+    if (C != SDefaultColor && (!TryStrToInt64(C, Color) || Color < 0 || Color > 0xFFFFFF)) {
+      AMsg = QStringLiteral("非法颜色值");
+      return false;
+    }
+    return true;
+  };
+  if (!Dialogs().FormDialog(QStringLiteral("设置图形属性"), F, Check)) return;
+  const auto SizeOf = [](const QString& V) { return Trim(V) == SNoLimit ? 0 : StrToInt(Trim(V)); };
+  D.BeginUpdate();
+  D.SetDrawingWidth(SizeOf(F[0].Value));
+  D.SetDrawingHeight(SizeOf(F[1].Value));
+  if (F[2].Value != D.Remark()) D.SetRemark(F[2].Value);
+  const TColor Back = Trim(F[3].Value) == SDefaultColor ? 0 : TColor(StrToInt64(Trim(F[3].Value)));
+  if (Back != D.BackColor()) D.SetBackColor(Back);
+  D.EndUpdate();
+  E.Execute(cmdZoomAll, 0);
+}
+
 const TVDECommandClass Commands[] = {
     {"TVDEZoomAllCommand", &Info<cmdZoomAll>, &ZoomAll},
     {"TVDEZoomInCommand", &Info<cmdZoomIn>, [](IVDEditor& E, qintptr) { Scale(E, 1.2); }},
@@ -107,6 +182,8 @@ const TVDECommandClass Commands[] = {
     {"TVDEEditSelAllCommand", &Info<cmdSelAll>, &SelAll},
     {"TVDESnapSwitchCommand", &Info<cmdSnapSwitch>, [](IVDEditor& E, qintptr) { E.SetSnapSwitch(!E.GetSnapSwitch()); }},
     {"TVDEGridSwitchCommand", &Info<cmdGridSwitch>, [](IVDEditor& E, qintptr) { E.SetGridSwitch(!E.GetGridSwitch()); }},
+    {"TVDEGridSettingCommand", &Info<cmdGridSetting>, &GridSetting},
+    {"TVDEDrawPropSettingCommand", &Info<cmdDrawPropSetting>, &DrawPropSetting},
     {"TVDEDeselectCommand", &Info<cmdDeselect>, [](IVDEditor& E, qintptr) { E.GetVectorDrawing().SelSet().Clear(); }},
     {"TVDESetDrawLineSegMode", &Info<cmdSetDrawLineSegMode>,
      [](IVDEditor& E, qintptr AParam) { E.SetDrawLineSegMode(AParam == 1); }},

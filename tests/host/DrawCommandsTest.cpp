@@ -103,10 +103,10 @@ TEST(DseDraw, StepZeroPromptOfEveryCommandBuiltSoFar) {
     EXPECT_EQ(D.Lines, QStringList({QStringLiteral("prompt ") + QString::fromUtf8(Row.Prompt),
                                     QStringLiteral("cmd %1").arg(Row.Reported)}));
   }
-  const TDraw Missing = Draw(Dir, {}, QStringLiteral("print cmd\ncmd 56\nprint cmd\n"));
+  const TDraw Missing = Draw(Dir, {}, QStringLiteral("print cmd\ncmd 100\nprint cmd\n"));
   EXPECT_EQ(Missing.R.Code, 1);
   EXPECT_EQ(Missing.Lines, QStringList{QStringLiteral("cmd 1")});
-  EXPECT_EQ(Missing.R.Err, QStringLiteral("error: line 2: command 56 is not available\n"));
+  EXPECT_EQ(Missing.R.Err, QStringLiteral("error: line 2: command 100 is not available\n"));
 }
 
 TEST(DseDraw, AZoomWindowInsideAnotherCommandReturnsToItsStepAndPrompt) {
