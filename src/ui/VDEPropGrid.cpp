@@ -180,7 +180,7 @@ bool TVDEPropDelegate::eventFilter(QObject* AObject, QEvent* AEvent) {
   auto* Editor = qobject_cast<QWidget*>(AObject);
   if (Editor && AEvent->type() == QEvent::KeyPress) {
     const int K = static_cast<QKeyEvent*>(AEvent)->key();
-
+    if ((K == Qt::Key_Return || K == Qt::Key_Enter || K == Qt::Key_Tab) && !Accepts(Editor)) return true;  // stays open
   }
   return QStyledItemDelegate::eventFilter(AObject, AEvent);
 }
