@@ -1,14 +1,31 @@
 #include "DseCommands.h"
 #include "EditorScript.h"
+#include "VDEPropGrid.h"
 #include "VDEditorWidget.h"
 #include "VectorDrawing.h"
 
 #include <QApplication>
 #include <QFile>
+#include <QHBoxLayout>
 
 namespace {
 
 const QString Name = QStringLiteral("draw");
+
+// With --props the property grid stands beside the control and a shot takes both.
+class TPropsPlayer : public TEditorScriptPlayer {
+public:
+  TPropsPlayer(TVDEditorWidget& ACanvas, QWidget& AHost, QTextStream& AOut)
+      : TEditorScriptPlayer(ACanvas, AOut), FHost(AHost) {}
+
+protected:
+  void Shot(const QString& AFileName) override {
+    if (!FHost.grab().save(AFileName, "PNG")) throw Exception(QStringLiteral("cannot write %1").arg(AFileName));
+  }
+
+private:
+  QWidget& FHost;
+};
 
 bool ReadScript(const QString& APath, QStringList& ALines, QString& AError) {
   QFile F;
@@ -31,7 +48,7 @@ bool ReadScript(const QString& APath, QStringList& ALines, QString& AError) {
 
 int RunDraw(const QStringList& AArgs, TDseIO& AIO) {
   QString In, Script, Out, Format = QStringLiteral("bin"), Settings;
-  bool New = false;
+  bool New = false, Props = false;
   for (int I = 0; I < AArgs.size(); ++I) {
     const QString& A = AArgs[I];
     auto Value = [&](QString& AValue) {
@@ -40,6 +57,7 @@ int RunDraw(const QStringList& AArgs, TDseIO& AIO) {
       return true;
     };
     if (A == QLatin1String("--new")) New = true;
+    else if (A == QLatin1String("--props")) Props = true;
     else if (A == QLatin1String("-s")) {
       if (!Value(Script)) return UsageError(AIO, Name, QStringLiteral("-s takes a script file"));
     } else if (A == QLatin1String("-o")) {
@@ -70,9 +88,26 @@ int RunDraw(const QStringList& AArgs, TDseIO& AIO) {
     AIO.Err << "error: " << Error << '\n';
     return ecFailed;
   }
-  TVDEditorWidget Canvas(nullptr, Settings);
+  QWidget Host;
+  auto* Canvas_ = new TVDEditorWidget(&Host, Settings);
+  TVDEditorWidget& Canvas = *Canvas_;
   Canvas.resize(800, 600);
   TVectorDrawingEditor& E = Canvas.Editor();
+  TVDEPropGrid* Grid = nullptr;
+  if (Props) {
+    auto* Layout = new QHBoxLayout(&Host);
+    Layout->setContentsMargins(0, 0, 0, 0);
+    Layout->setSpacing(2);
+    Layout->addWidget(&Canvas, 1);
+    Grid = new TVDEPropGrid(&Host);
+    Grid->setFixedWidth(240);
+    Layout->addWidget(Grid);
+    const auto Bind = [&E, Grid] {
+      Grid->SetPropList(E.GetVectorDrawing().SelSet().Count() > 0 ? &E.GetModifyItemProp() : &E.GetAddItemProp());
+    };
+    E.OnSelSetChanged = Bind;
+    Bind();
+  }
   if (!New) {
     try {
       E.GetVectorDrawing().LoadFromFile(In);
@@ -82,13 +117,16 @@ int RunDraw(const QStringList& AArgs, TDseIO& AIO) {
     }
     E.GetVectorDrawing().SetChangeCount(0);
   }
-  Canvas.show();
+  if (Props) Host.resize(800 + 242, 600);
+  else Host.resize(800, 600);
+  Host.show();
   E.SetClientSize(Canvas.width(), Canvas.height());
   E.Execute(cmdZoomAll, 0);
   bool Ok;
   {
-    TEditorScriptPlayer Player(Canvas, AIO.Out);
+    TPropsPlayer Player(Canvas, Props ? Host : static_cast<QWidget&>(Canvas), AIO.Out);
     Ok = Player.Run(Lines, Error);
+    E.OnSelSetChanged = nullptr;
   }
   AIO.Out.flush();
   if (!Ok) {
@@ -111,13 +149,14 @@ int RunDraw(const QStringList& AArgs, TDseIO& AIO) {
 void RegisterDrawCommands(TDseCommandLine& ACommands) {
   ACommands.Register({Name, QStringLiteral("play an editor script on a drawing"),
                       QStringLiteral("Usage: dse draw (IN.lvd | --new) -s SCRIPT [-o OUT.lvd] [--format xml|bin]\n"
-                                     "                [--settings FILE.ini]\n"
+                                     "                [--settings FILE.ini] [--props]\n"
                                      "\n"
                                      "Opens the drawing (or an empty one) on the editor control, zooms to it, plays\n"
                                      "SCRIPT (-s - reads standard input) and saves the drawing to OUT when given.\n"
                                      "Message boxes print as \"[TITLE] TEXT\". A statement that cannot be carried out\n"
                                      "stops the script with 'error: line N: MESSAGE' and exit code 1; the output\n"
                                      "printed up to it stays. The settings file defaults to dse.ini beside the program.\n"
+                                     "--props shows the property grid beside the control; a shot then takes both.\n"
                                      "\n"
                                      "Statements (P is X,Y in world units or px:X,Y in client pixels; modifiers\n"
                                      "shift, ctrl, alt may follow input statements; texts with blanks are quoted):\n"

@@ -3,6 +3,7 @@
 #include "VectorDrawing.h"
 
 #include <QFile>
+#include <QImage>
 #include <QSettings>
 #include <QTemporaryDir>
 
@@ -285,4 +286,17 @@ TEST(DseDraw, BadUsage) {
                                      Dir.filePath(QStringLiteral("none.txt"))});
   EXPECT_EQ(Missing.Code, 1);
   EXPECT_TRUE(Missing.Err.startsWith(QStringLiteral("error: cannot read script"))) << Missing.Err.toStdString();
+}
+
+TEST(DseDraw, PropsShowsTheGridBesideTheControl) {
+  QTemporaryDir Dir;
+  const QString File = WriteLines(Dir, 2);
+  const QString Png = Dir.filePath(QStringLiteral("props.png"));
+  const TDraw D = Draw(Dir, File, ViewSetup + QStringLiteral("click 20,0\nprint props\nshot %1\n").arg(Png),
+                       {QStringLiteral("--props")});
+  ASSERT_EQ(D.R.Code, 0) << D.R.Err.toStdString();
+  EXPECT_TRUE(D.Lines.contains(QStringLiteral("prop ptLineWidth=0")));
+  const QImage Shot(Png);
+  EXPECT_EQ(Shot.width(), 800 + 242);
+  EXPECT_EQ(Shot.height(), 600);
 }
