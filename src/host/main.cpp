@@ -1,4 +1,5 @@
 #include "DseCommands.h"
+#include "QtDialogs.h"
 
 #include <QDir>
 #include <QFile>
@@ -18,6 +19,7 @@ int main(int argc, char** argv) {
     qputenv("XDG_RUNTIME_DIR", Dir);
   }
   QApplication App(argc, argv);
+  TQtDialogs::InstallTranslations();  // Chinese standard buttons wherever a window shows
   QTextStream Out(stdout);
   QTextStream Err(stderr);
   TDseIO IO{Out, Err};
