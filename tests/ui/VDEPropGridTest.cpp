@@ -53,8 +53,11 @@ TEST(TVDEPropGrid, EachKindOfPropertyGetsItsEditor) {
     ASSERT_TRUE(E);
     auto* Combo = qobject_cast<QComboBox*>(E.get());
     EXPECT_EQ(Combo != nullptr, C.Combo);
-    if (Combo) EXPECT_EQ(Combo->isEditable(), C.Editable);
-    else EXPECT_TRUE(qobject_cast<QLineEdit*>(E.get()));
+    if (Combo) {
+      EXPECT_EQ(Combo->isEditable(), C.Editable);
+    } else {
+      EXPECT_TRUE(qobject_cast<QLineEdit*>(E.get()));
+    }
   }
   const QModelIndex Title = G.Model().index(G.RowOf(ptPointSize) - 1, 1);
   EXPECT_FALSE(G.Model().flags(Title) & Qt::ItemIsEditable);

@@ -18,7 +18,9 @@ TEST(TVDEditorWidget, CursorsFollowTheRunningState) {
   for (const auto& C : Cases) {
     SCOPED_TRACE(C.Cmd);
     W.Editor().Execute(C.Cmd, 0);
-    if (C.Cmd != 1) EXPECT_EQ(W.cursor().shape(), C.Shape);
+    if (C.Cmd != 1) {
+      EXPECT_EQ(W.cursor().shape(), C.Shape);
+    }
   }
   W.Editor().Execute(17, 0);  // drawing: our own cursor image
   EXPECT_EQ(W.cursor().shape(), Qt::BitmapCursor);
