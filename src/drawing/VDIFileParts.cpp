@@ -342,15 +342,15 @@ void TVectorLineBase::ReadLineBase(IXMLNode& N) {
     FStartMarkSize = FEndMarkSize = qint16(N.AttrAsInteger(QStringLiteral("MarkSize")));
     FStartMarkStyle = (Pos == 1 || Pos == 3) ? Style : msNone;
     FEndMarkStyle = (Pos == 2 || Pos == 3) ? Style : msNone;
-    FPrevItemID = FNextItemID = -1;
+    FPrevItemID = FNextItemID = 0;  // a missing attribute reads as 0
     return;
   }
   FStartMarkStyle = MarkStyleOf(int(N.AttrAsInteger(T.StartMarkStyle)));
   FEndMarkStyle = MarkStyleOf(int(N.AttrAsInteger(T.EndMarkStyle)));
   FStartMarkSize = qint16(N.AttrAsInteger(T.StartMarkSize));
   FEndMarkSize = qint16(N.AttrAsInteger(T.EndMarkSize));
-  FPrevItemID = N.HasAttr(T.PrevItemID) ? int(N.AttrAsInteger(T.PrevItemID)) : -1;
-  FNextItemID = N.HasAttr(T.NextItemID) ? int(N.AttrAsInteger(T.NextItemID)) : -1;
+  FPrevItemID = int(N.AttrAsInteger(T.PrevItemID));
+  FNextItemID = int(N.AttrAsInteger(T.NextItemID));
 }
 
 void TVectorLineBase::WriteLineBase(IXMLNode& N) const {

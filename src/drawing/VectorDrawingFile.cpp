@@ -122,7 +122,10 @@ void TVectorDrawing::SaveToXMLNode(IXMLNode& ANode, bool AOnlySelItems) const {
 
 bool TVectorDrawing::SaveToFile(const QString& AFileName, TVDSaveFormat ASaveFormat, bool AOnlySelItems) {
   TBytesStream S;
+  // The drawing counts as saved only once the file is in place.
+  const int Changes = FChangeCount;
   SaveToStream(S, ASaveFormat, AOnlySelItems);
+  FChangeCount = Changes;
   // Written beside the target and renamed, so a failure leaves the old file whole.
   const QString Temp = AFileName + QStringLiteral(".tmp");
   QFile F(Temp);
@@ -136,6 +139,7 @@ bool TVectorDrawing::SaveToFile(const QString& AFileName, TVDSaveFormat ASaveFor
     QFile::remove(Temp);
     throw EVDEError(QStringLiteral("无法写入文件[%1]").arg(AFileName));
   }
+  FChangeCount = 0;
   return true;
 }
 
@@ -171,8 +175,10 @@ void TVectorDrawing::LoadBinary(TStream& AStream) {
   FBackColor = R.U32();
   FDrawingWidth = R.I32();
   FDrawingHeight = R.I32();
-  FRemark = R.Str(4);
-  FExtData = FVersion == QLatin1String("1.0") ? QString() : R.Str(4);
+  // The header's strings are UTF-8 in every version, as the layer names are; only item
+  // strings of streams below 1.9 are GBK.
+  FRemark = R.Utf8Str(4);
+  FExtData = FVersion == QLatin1String("1.0") ? QString() : R.Utf8Str(4);
   FLayers->LoadFromStream(R);
   const qint32 N = R.I32();
   R.CheckCount(N, 17);

@@ -1,4 +1,6 @@
 #include "DrawingTestUtils.h"
+
+#include <QTemporaryDir>
 #include "SelkaXMLDoc.h"
 #include "VDEClipBrd.h"
 #include "VDIFormat.h"
@@ -222,7 +224,7 @@ QByteArray OldStream(const char* AVersion) {
   W.Put<quint32>(0xFFFFFF);
   W.Put<qint32>(300);
   W.Put<qint32>(200);
-  W.Str(Text(QStringLiteral("备注")), 4);
+  W.Str(QStringLiteral("备注").toUtf8(), 4);  // the header's strings are UTF-8 in every version
   if (V != "1.0") W.Str("ext", 4);
   W.Put<qint32>(1);  // layers
   W.Put<qint32>(0);
@@ -475,4 +477,31 @@ TEST(VDEClipBrd, CopyAndPasteThroughTheClipboard) {
   CopyToClipboard({});  // nothing happens
   PasteFromClipboard(Pasted);
   EXPECT_EQ(Pasted.size(), Items.size());
+}
+
+TEST(TVectorDrawingFile, MissingXmlAttributesReadAsZeroButTheBlockIDs) {
+  TBytesStream S(QByteArray("<?xml version=\"1.0\"?><MelvarineVectorDrawing Version=\"2.2\"><DrawingItems>"
+                            "<DI DIT=\"3\" ID=\"1\" LID=\"0\" Ln=\"0,0,10,0\" R=\"0\" LT=\"0\"/>"
+                            "</DrawingItems></MelvarineVectorDrawing>"));
+  TVectorDrawing D;
+  D.LoadFromStream(S);
+  ASSERT_EQ(D.Count(), 1);
+  const auto* L = static_cast<const TVectorLine*>(D.Items(0));
+  EXPECT_EQ(L->PrevItemID(), 0);
+  EXPECT_EQ(L->NextItemID(), 0);
+  EXPECT_EQ(L->RelationID(), 0);
+  EXPECT_EQ(L->EndMarkSize(), 0);
+  EXPECT_EQ(L->BlockID(), -1);
+  EXPECT_EQ(L->BlockTypeID(), -1);
+}
+
+TEST(TVectorDrawingFile, AFailedSaveLeavesTheDrawingModified) {
+  QTemporaryDir Dir;
+  TVectorDrawing D;
+  AddLine(D, {0, 0}, {1, 1});
+  ASSERT_TRUE(D.Modified());
+  EXPECT_THROW(D.SaveToFile(Dir.filePath(QStringLiteral("no/such/folder/x.lvd"))), EVDEError);
+  EXPECT_TRUE(D.Modified());
+  EXPECT_TRUE(D.SaveToFile(Dir.filePath(QStringLiteral("x.lvd"))));
+  EXPECT_FALSE(D.Modified());
 }
