@@ -1,6 +1,7 @@
 // The file forms of the item classes: the header every item shares and each
 // class's part, in binary and in XML.
 #include "SelkaXMLDoc.h"
+#include "KRNExceptions.h"
 #include "VDIFormat.h"
 #include "VDIHatch.h"
 #include "VDILine.h"
@@ -275,7 +276,7 @@ void TVectorHatchM::ReadFromXMLNode(IXMLNode& N) {
     try {
       Poly->LoadFromString(P.toStdString());
     } catch (const std::exception&) {
-      throw EVDEError(SVDInvalidXML);
+      throw EVDEError(QString::fromUtf8(SKRNPolygonStringError));
     }
     FXPoly->Add(Poly.release());
   }

@@ -157,8 +157,24 @@ bool TVectorDrawing::LoadFromStream(TStream& AStream, TVDSaveFormat& ASaveFormat
   }
   AStream.SetPosition(Pos);
   ASaveFormat = QByteArray(Head, 5).toLower() == "<?xml" ? sfXML : sfBin;
-  if (ASaveFormat == sfXML) LoadXML(AStream);
-  else LoadBinary(AStream);
+  // A load that fails leaves the drawing as it was: its content is kept in the binary
+  // form and read back.
+  const int Changes = FChangeCount, MaxID = FMaxID;
+  const QString OriVersion = FOriVersion;
+  TBytesStream Before;
+  SaveToStream(Before, sfBin);
+  FChangeCount = Changes;
+  try {
+    if (ASaveFormat == sfXML) LoadXML(AStream);
+    else LoadBinary(AStream);
+  } catch (...) {
+    Before.SetPosition(0);
+    LoadBinary(Before);
+    SetOriVersion(OriVersion);
+    FChangeCount = Changes;
+    FMaxID = MaxID;
+    throw;
+  }
   return true;
 }
 

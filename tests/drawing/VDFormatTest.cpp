@@ -443,7 +443,7 @@ TEST(TVectorDrawingFile, DamagedStreamsRaise) {
   Expect("<?xml version=\"1.0\"?><MelvarineVectorDrawing Version=\"2.2\"><DrawingItems><DI DIT=\"x\"/>",
          QStringLiteral("XML格式非法"));
   Expect("<?xml version=\"1.0\"?><MelvarineVectorDrawing Version=\"2.2\"><DrawingItems><DI DIT=\"8\" HchPoly=\"(,1,2,ltLine)\"/></DrawingItems></MelvarineVectorDrawing>",
-         QStringLiteral("XML格式非法"));
+         QStringLiteral("多边形字符串格式错误"));
   // damaged number fields read as 0
   TBytesStream S(QByteArray("<?xml version=\"1.0\"?><MelvarineVectorDrawing Version=\"2.2\"><DrawingItems><DI DIT=\"0\" ID=\"1\" IP=\"x,2\" PS=\"q\"/></DrawingItems></MelvarineVectorDrawing>"));
   TVectorDrawing D;
@@ -504,4 +504,28 @@ TEST(TVectorDrawingFile, AFailedSaveLeavesTheDrawingModified) {
   EXPECT_TRUE(D.Modified());
   EXPECT_TRUE(D.SaveToFile(Dir.filePath(QStringLiteral("x.lvd"))));
   EXPECT_FALSE(D.Modified());
+}
+
+TEST(TVectorDrawingFile, AFailedLoadLeavesTheDrawingAsItWas) {
+  TVectorDrawing D;
+  Fill(D);
+  D.SetRemark(QStringLiteral("原来的"));
+  TBytesStream Good;
+  D.SaveToStream(Good, sfXML);
+  D.Items(0)->SetColor(0x123456);  // modified since
+  const int Count = D.Count(), Changes = D.ChangeCount(), MaxID = D.MaxID();
+  QByteArray Bad = OldStream("2.2");
+  Bad[5] = 'x';
+  for (const QByteArray& Input :
+       {Bad, QByteArray("<?xml version=\"1.0\"?><MelvarineVectorDrawing Version=\"2.2\"><DrawingItems><DI DIT=\"x\"/>"),
+        QByteArray("<?xml version=\"1.0\"?><Other/>")}) {
+    SCOPED_TRACE(Input.left(30).toStdString());
+    TBytesStream S(Input);
+    EXPECT_THROW(D.LoadFromStream(S), EVDEError);
+    ASSERT_EQ(D.Count(), Count);
+    EXPECT_EQ(D.Items(0)->Color(), 0x123456u);
+    EXPECT_EQ(D.Remark(), QStringLiteral("原来的"));
+    EXPECT_EQ(D.ChangeCount(), Changes);
+    EXPECT_EQ(D.MaxID(), MaxID);
+  }
 }
