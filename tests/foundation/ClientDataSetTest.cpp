@@ -179,7 +179,7 @@ TEST(TClientDataSet, MergeMakesTheCurrentStateTheReadState) {
   EXPECT_TRUE(DS.Delta().IsNull());
   EXPECT_EQ(Names(DS), QStringList({"b1", "a", "c"}));
   DS.First();
-  SetName(DS, "b2");  // edits after the merge keep the merged value as the original
+  SetName(DS, "b2");  // after the merge, the merged value is the old value of a new edit
   EXPECT_EQ(DS.Delta().Rows.at(0).OldValues[2].toString(), QStringLiteral("b1"));
   const TDataPacket Out = DS.Data();
   EXPECT_EQ(Out.Rows.size(), 3);
