@@ -88,12 +88,11 @@ void TVDEDrawState::MovePoint(TKRNVector2d&, bool ASnapped, TShiftState) {
 void TVDEDrawState::CheckSnapResult() {
   if (auto* S = dynamic_cast<TVDESnapState*>(FNextCmd.get()); S && S->SnapSuccess()) {
     TKRNVector2d P = S->SnapPt();
-    FNextCmd->DrawElastic(&GetHDC());  // gone before the parent draws again
-    FNextCmd->SetNextCmd(nullptr);
+    // The snap state goes before the parent draws its own rubber band again.
+    FNextCmd->DrawElastic(&GetHDC());
     std::unique_ptr<TVDECmdState> Done = std::move(FNextCmd);
     FOwner.Execute(cmdRefresh, 0);
     DefinePoint(P, 0);
-    return;
   }
 }
 
@@ -290,6 +289,21 @@ void TVDEDrawPolylineState::AddItems(TVDEDrawCmdExecutor& AExecutor) {
 
 // ---- closed figures ---------------------------------------------------------
 
+void TVDEDrawCloseLineState::DefinePoint(TKRNVector2d& APoint, TShiftState) {
+  if (FStep == 0) {
+    if (!StartFigure()) return;
+    FElasticSP = FElasticEP = APoint;
+    ++FStep;
+    return;
+  }
+  if (Same(APoint, FElasticSP)) return;
+  XorElastic();
+  FElasticEP = APoint;
+  XorElastic();
+  CreateItems();
+  Finish();
+}
+
 void TVDEDrawCloseLineState::MovePoint(TKRNVector2d& APoint, bool ASnapped, TShiftState AShift) {
   TVDEDrawState::MovePoint(APoint, ASnapped, AShift);
   if (FStep > 0 && !Same(APoint, FElasticEP)) {
@@ -345,20 +359,6 @@ TVDECmdInfo TVDEDrawRectState::ClassCmdInfo() {
                   QStringLiteral("按鼠标左键指定第一个角点，按右键或ESC取消\r按鼠标左键指定对角点，按鼠标右键或ESC取消"));
 }
 
-void TVDEDrawRectState::DefinePoint(TKRNVector2d& APoint, TShiftState) {
-  if (FStep == 0) {
-    FElasticSP = FElasticEP = APoint;
-    ++FStep;
-    return;
-  }
-  if (Same(APoint, FElasticSP)) return;
-  XorElastic();
-  FElasticEP = APoint;
-  XorElastic();
-  CreateItems();
-  Finish();
-}
-
 std::vector<TKRNVector2d> TVDEDrawRectState::GetLines() const {
   const double X0 = std::min(FElasticSP.X, FElasticEP.X), X1 = std::max(FElasticSP.X, FElasticEP.X);
   const double Y0 = std::min(FElasticSP.Y, FElasticEP.Y), Y1 = std::max(FElasticSP.Y, FElasticEP.Y);
@@ -370,33 +370,23 @@ TVDECmdInfo TVDEDrawPolygonState::ClassCmdInfo() {
                   QStringLiteral("按鼠标左键指定插入点，按右键或ESC取消\r按鼠标左键指定第二点确定尺寸，按右键或ESC取消"));
 }
 
-void TVDEDrawPolygonState::DefinePoint(TKRNVector2d& APoint, TShiftState) {
-  if (FStep == 0) {
-    QString Text = QStringLiteral("3");
-    const TInputValidator Check = [](const QString& AText, QString& AMsg) {
-      int N;
-      if (!TryStrToInt(Trim(AText), N)) {
-        AMsg = QStringLiteral("边数必须是整数");
-        return false;
-      }
-      if (N < 3 || N > 1000) {
-        AMsg = QStringLiteral("边数必须在3到1000之间");
-        return false;
-      }
-      return true;
-    };
-    if (!Dialogs().InputBox(QStringLiteral("输入多边形边数"), QStringLiteral("边数:"), Text, Check)) return;
-    FElasticLineSegs = StrToInt(Trim(Text));
-    FElasticSP = FElasticEP = APoint;
-    ++FStep;
-    return;
-  }
-  if (Same(APoint, FElasticSP)) return;
-  XorElastic();
-  FElasticEP = APoint;
-  XorElastic();
-  CreateItems();
-  Finish();
+bool TVDEDrawPolygonState::StartFigure() {
+  QString Text = QStringLiteral("3");
+  const TInputValidator Check = [](const QString& AText, QString& AMsg) {
+    int N;
+    if (!TryStrToInt(Trim(AText), N)) {
+      AMsg = QStringLiteral("边数必须是整数");
+      return false;
+    }
+    if (N < 3 || N > 1000) {
+      AMsg = QStringLiteral("边数必须在3到1000之间");
+      return false;
+    }
+    return true;
+  };
+  if (!Dialogs().InputBox(QStringLiteral("输入多边形边数"), QStringLiteral("边数:"), Text, Check)) return false;
+  FElasticLineSegs = StrToInt(Trim(Text));
+  return true;
 }
 
 std::vector<TKRNVector2d> TVDEDrawPolygonState::GetLines() const {

@@ -105,6 +105,10 @@ public:
 
 protected:
   virtual std::vector<TKRNVector2d> GetLines() const = 0;
+  // First point: both corners there; second: the figure is made and the state goes back.
+  void DefinePoint(TKRNVector2d& APoint, TShiftState AShift) override;
+  // Whether the first point may start a figure (the polygon asks for its sides here).
+  virtual bool StartFigure() { return true; }
   void MovePoint(TKRNVector2d& APoint, bool ASnapped, TShiftState AShift) override;
   void AddItems(TVDEDrawCmdExecutor& AExecutor) override;
   void DoDrawElastic(QPainter& AHDC) override;
@@ -119,7 +123,6 @@ public:
   using TVDEDrawCloseLineState::TVDEDrawCloseLineState;
 
 protected:
-  void DefinePoint(TKRNVector2d& APoint, TShiftState AShift) override;
   std::vector<TKRNVector2d> GetLines() const override;
 };
 
@@ -129,7 +132,7 @@ public:
   using TVDEDrawCloseLineState::TVDEDrawCloseLineState;
 
 protected:
-  void DefinePoint(TKRNVector2d& APoint, TShiftState AShift) override;
+  bool StartFigure() override;
   void DoDrawElastic(QPainter& AHDC) override;
   std::vector<TKRNVector2d> GetLines() const override;
   int FElasticLineSegs = 3;

@@ -24,11 +24,12 @@ TVectorDrawingItem* TheEdge(TVectorDrawing& D) {
   return IsEdgeType(E->ItemType()) ? E : nullptr;
 }
 
-bool MeetStarts(const TKRNCustomLine2d& A, const TKRNCustomLine2d& B, TKRNVector2d& APoint) {
-  APoint = {};
-  TKRNIntersectFunc2d::Intersect(TKRNBeeline2d(A.StartPt(), A.StartVector()), TKRNBeeline2d(B.StartPt(), B.StartVector()),
-                                 APoint);
-  return true;
+// Where the two lines' start directions meet; parallel ones give the origin, as the
+// meeting's result is not tested.
+TKRNVector2d MeetStarts(const TKRNCustomLine2d& A, const TKRNCustomLine2d& B) {
+  TKRNVector2d P{};
+  TKRNIntersectFunc2d::Intersect(TKRNBeeline2d(A.StartPt(), A.StartVector()), TKRNBeeline2d(B.StartPt(), B.StartVector()), P);
+  return P;
 }
 
 // Position along the chord from start to end.
@@ -48,8 +49,7 @@ bool TVDEExtendCmdExecutor::Extend(TVectorLine& AExtendItem, const TKRNVector2d&
   // Circles and polylines as edges change nothing.
   if (Edge->ItemType() != itLine && Edge->ItemType() != itArc) return false;
   AddOld(AExtendItem);
-  TKRNVector2d P;
-  MeetStarts(static_cast<TVectorLine*>(Edge)->GetXLine(), AExtendItem.GetXLine(), P);
+  const TKRNVector2d P = MeetStarts(static_cast<TVectorLine*>(Edge)->GetXLine(), AExtendItem.GetXLine());
   AExtendItem.SetLine(*AExtendItem.GetXLine().ExtendTo(P, ffForward));
   AddNew(AExtendItem);
   return true;
@@ -59,13 +59,11 @@ bool TVDEIntersectCmdExecutor::Intersect(TVectorLine& AIntersectItem, const TKRN
   TVectorDrawingItem* EdgeItem = TheEdge(Drawing());
   if (!EdgeItem || (EdgeItem->ItemType() != itLine && EdgeItem->ItemType() != itArc)) return false;
   auto& Edge = static_cast<TVectorLine&>(*EdgeItem);
-  TKRNVector2d P;
-  MeetStarts(Edge.GetXLine(), AIntersectItem.GetXLine(), P);
+  const TKRNVector2d P = MeetStarts(Edge.GetXLine(), AIntersectItem.GetXLine());
   for (TVectorLine* L : {&Edge, &AIntersectItem}) {
     AddOld(*L);
     L->SetLine(*L->GetXLine().ExtendTo(P, ffForward));
     AddNew(*L);
-    if (L == &AIntersectItem) break;
   }
   return true;
 }

@@ -308,8 +308,9 @@ void TVectorDrawingEditor::MouseDown(TMouseButton AButton, TShiftState AShift, c
 void TVectorDrawingEditor::MouseMove(TShiftState AShift, const TKRNPoint2i& APoint) {
   TKRNVector2d P = FCoordTrans.DCTOWC(APoint);
   FRootCmdState->MouseMove(AShift, P);
+  if (!OnShowMousePos) return;
   const int Deepest = FRootCmdState->Deepest()->CmdInfo().CmdID;
-  if (OnShowMousePos && Deepest != cmdZoomRuntime && Deepest != cmdPanRuntime)
+  if (Deepest != cmdZoomRuntime && Deepest != cmdPanRuntime)
     OnShowMousePos(QStringLiteral(" X=%1 Y=%2").arg(std::lround(P.X)).arg(std::lround(P.Y)));
 }
 
