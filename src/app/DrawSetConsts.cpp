@@ -1,5 +1,7 @@
 #include "DrawSetConsts.h"
 
+#include "MZTDiamDictsIntf.h"
+
 int RegionCode = 1;
 int CalcRuleID = 0;
 QString CalcProgramFieldName = QStringLiteral("CalcProgram_Chs");
@@ -71,4 +73,24 @@ void SetRegionSettings(int ARegionCode) {
   VectorDrawingFieldName = VectorDrawingFieldNameOfRegion(ARegionCode);
   BarInfoFieldName = BarInfoFieldNameOfRegion(ARegionCode);
   CalcRuleID = CalcRuleIDOfRegion(ARegionCode);
+}
+
+TRegionScope::TRegionScope(int ARegionCode, std::shared_ptr<IMZTDiamDicts> ADiamDicts)
+    : FOldRegion(RegionCode),
+      FOldRuleID(CalcRuleID),
+      FOldCalcProgram(CalcProgramFieldName),
+      FOldDrawing(VectorDrawingFieldName),
+      FOldBarInfo(BarInfoFieldName),
+      FOldDicts(DiamDicts()) {
+  SetRegionSettings(ARegionCode);
+  SetDiamDicts(std::move(ADiamDicts));
+}
+
+TRegionScope::~TRegionScope() {
+  SetDiamDicts(FOldDicts);
+  RegionCode = FOldRegion;
+  CalcRuleID = FOldRuleID;
+  CalcProgramFieldName = FOldCalcProgram;
+  VectorDrawingFieldName = FOldDrawing;
+  BarInfoFieldName = FOldBarInfo;
 }

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <memory>
+
 extern int RegionCode;
 extern int CalcRuleID;
 extern QString CalcProgramFieldName;
@@ -20,3 +22,20 @@ QString BarInfoFieldNameOfRegion(int ARegionCode);
 
 // Sets all five settings from a region code.
 void SetRegionSettings(int ARegionCode);
+
+class IMZTDiamDicts;
+
+// Holds the run-wide settings and the diameter dictionary of one editing run and puts
+// the previous ones back when the run ends, however it ends.
+class TRegionScope {
+public:
+  TRegionScope(int ARegionCode, std::shared_ptr<IMZTDiamDicts> ADiamDicts);
+  ~TRegionScope();
+  TRegionScope(const TRegionScope&) = delete;
+  TRegionScope& operator=(const TRegionScope&) = delete;
+
+private:
+  int FOldRegion, FOldRuleID;
+  QString FOldCalcProgram, FOldDrawing, FOldBarInfo;
+  std::shared_ptr<IMZTDiamDicts> FOldDicts;
+};

@@ -35,13 +35,26 @@ const char* KindName(TDialogAnswerKind AKind) {
 
 // ---- the service's defaults: nothing chosen --------------------------------
 
-bool TDialogService::InputBox(const QString&, const QString&, QString&, const TInputValidator&) { return false; }
+bool TDialogService::InputBox(const QString&, const QString&, QString&, const TInputValidator&, TMsgDlgType) {
+  return false;
+}
 bool TDialogService::Choose(const QString&, const QStringList&, int&) { return false; }
 bool TDialogService::OpenFileDialog(const QString&, const QString&, QString&) { return false; }
 bool TDialogService::SaveFileDialog(const QString&, const QString&, QString&) { return false; }
 bool TDialogService::ColorDialog(quint32&) { return false; }
 bool TDialogService::FontDialog(TFontSpec&) { return false; }
 bool TDialogService::FormDialog(const QString&, std::vector<TFormField>&, const TFormValidator&) { return false; }
+int TDialogService::CustomDialog(const QString&, const std::function<int()>& AShow,
+                                 const std::function<int(const TDialogAnswer&)>&) {
+  return AShow ? AShow() : int(mrCancel);
+}
+
+bool OVRAInputBox(const QString& ACaption, const QString& APrompt, QString& AText, const TInputValidator& AValidate) {
+  TInputValidator Trimmed;
+  if (AValidate)
+    Trimmed = [&AValidate](const QString& AValue, QString& AMsg) { return AValidate(Trim(AValue), AMsg); };
+  return Dialogs().InputBox(ACaption, APrompt + QLatin1Char(':'), AText, Trimmed, mtInformation);
+}
 
 TDialogService& Dialogs() { return *Current(); }
 
@@ -85,13 +98,16 @@ int TRecordingDialogs::MessageBox(const QString& AText, const QString& ATitle, T
 }
 
 bool TRecordingDialogs::InputBox(const QString& ACaption, const QString& APrompt, QString& AValue,
-                                 const TInputValidator& AValidate) {
+                                 const TInputValidator& AValidate, TMsgDlgType ARefusal) {
   for (;;) {
     const TDialogAnswer A = Take(dakInput, QStringLiteral("the input box \"%1\" (%2)").arg(ACaption, APrompt));
     if (A.Cancel) return false;
     QString Msg;
     if (AValidate && !AValidate(A.Text, Msg)) {
-      ShowErrorBox(Msg);
+      if (ARefusal == mtInformation)
+        ShowHintBox(Msg);
+      else
+        ShowErrorBox(Msg);
       continue;
     }
     AValue = A.Text;
@@ -176,6 +192,17 @@ bool TRecordingDialogs::FontDialog(TFontSpec& AFont) {
   if (!RunForm(QStringLiteral("字体"), F, Check)) return false;
   AFont = {F[0].Value.trimmed(), StrToInt(F[1].Value.trimmed()), StrToInt(F[2].Value.trimmed())};
   return true;
+}
+
+int TRecordingDialogs::CustomDialog(const QString& ACaption, const std::function<int()>&,
+                                    const std::function<int(const TDialogAnswer&)>& AAnswer) {
+  for (;;) {
+    if (Queue.empty()) throw EUnexpectedDialog(QStringLiteral("unanswered dialog: the dialog \"%1\"").arg(ACaption));
+    const TDialogAnswer A = Queue.front();
+    Queue.pop_front();
+    const int R = AAnswer(A);
+    if (R >= 0) return R;
+  }
 }
 
 QStringList TRecordingDialogs::Lines() const {

@@ -36,13 +36,24 @@ struct TFontSpec {
   int Style = 0;  // bit 0 bold, bit 1 italic
 };
 
+enum TDialogAnswerKind { dakButton, dakInput, dakFile, dakChoose, dakForm };
+
+struct TDialogAnswer {
+  TDialogAnswerKind Kind = dakButton;
+  int Button = mrOk;  // dakButton
+  bool Cancel = false;  // dakInput, dakFile
+  QString Label;  // dakForm
+  QString Text;
+};
+
 class TDialogService {
 public:
   virtual ~TDialogService() = default;
   virtual int MessageBox(const QString& AText, const QString& ATitle, TMsgDlgType AType, TMsgDlgButtons AButtons) = 0;
-  // True with the accepted text in AValue; a refused text shows its message and the dialog stays.
+  // True with the accepted text in AValue; a refused text shows its message in a box of
+  // ARefusal's type (an error box, or a hint box for mtInformation) and the dialog stays.
   virtual bool InputBox(const QString& ACaption, const QString& APrompt, QString& AValue,
-                        const TInputValidator& AValidate = nullptr);
+                        const TInputValidator& AValidate = nullptr, TMsgDlgType ARefusal = mtError);
   virtual bool Choose(const QString& ACaption, const QStringList& AItems, int& AIndex);
   virtual bool OpenFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName);
   virtual bool SaveFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName);
@@ -50,6 +61,11 @@ public:
   virtual bool FontDialog(TFontSpec& AFont);
   virtual bool FormDialog(const QString& ACaption, std::vector<TFormField>& AFields,
                           const TFormValidator& AValidate = nullptr);
+  // A dialog of the window layer (a chooser with a preview, ...). A service with windows
+  // runs AShow; a scripted one hands each queued answer to AAnswer, which returns the
+  // modal result, or -1 when the dialog refused the answer and stays open.
+  virtual int CustomDialog(const QString& ACaption, const std::function<int()>& AShow,
+                           const std::function<int(const TDialogAnswer&)>& AAnswer);
 };
 
 // The installed service; a default one writes "[TITLE] TEXT" lines to stderr,
@@ -69,15 +85,6 @@ public:
   using Exception::Exception;
 };
 
-enum TDialogAnswerKind { dakButton, dakInput, dakFile, dakChoose, dakForm };
-
-struct TDialogAnswer {
-  TDialogAnswerKind Kind = dakButton;
-  int Button = mrOk;  // dakButton
-  bool Cancel = false;  // dakInput, dakFile
-  QString Label;  // dakForm
-  QString Text;
-};
 
 // Records every dialog and answers from one queue in order. A box with one button
 // answers itself; any other dialog takes the next queued answer of its kind and
@@ -91,7 +98,7 @@ public:
   };
   int MessageBox(const QString& AText, const QString& ATitle, TMsgDlgType AType, TMsgDlgButtons AButtons) override;
   bool InputBox(const QString& ACaption, const QString& APrompt, QString& AValue,
-                const TInputValidator& AValidate) override;
+                const TInputValidator& AValidate, TMsgDlgType ARefusal) override;
   bool Choose(const QString& ACaption, const QStringList& AItems, int& AIndex) override;
   bool OpenFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName) override;
   bool SaveFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName) override;
@@ -100,6 +107,10 @@ public:
   // Fields "字体", "字高", "字型" (0 to 3) and then a button.
   bool FontDialog(TFontSpec& AFont) override;
   bool FormDialog(const QString& ACaption, std::vector<TFormField>& AFields, const TFormValidator& AValidate) override;
+  // Takes answers until AAnswer accepts one; an answer of a kind it does not take is its
+  // business (it raises EUnexpectedDialog).
+  int CustomDialog(const QString& ACaption, const std::function<int()>& AShow,
+                   const std::function<int(const TDialogAnswer&)>& AAnswer) override;
 
   void QueueButton(int AButton) { Queue.push_back({dakButton, AButton, false, {}, {}}); }
   void QueueInput(const QString& AText) { Queue.push_back({dakInput, mrOk, false, {}, AText}); }
@@ -120,6 +131,12 @@ private:
   TDialogAnswer Take(TDialogAnswerKind AKind, const QString& AWhat);
   bool RunForm(const QString& ACaption, std::vector<TFormField>& AFields, const TFormValidator& AValidate);
 };
+
+// The one-line question box of the commands: the prompt is shown with a ":" behind it,
+// the check sees the trimmed text, a refusal shows its message in a hint box and the
+// box stays; on OK AText receives the text as typed.
+bool OVRAInputBox(const QString& ACaption, const QString& APrompt, QString& AText,
+                  const TInputValidator& AValidate = nullptr);
 
 // Installs a recording service for one scope and puts the previous one back.
 class TDialogScope {

@@ -5,7 +5,9 @@
 #include "DrawSet.h"
 #include "DrawSetConsts.h"
 #include "DrawSetLibrary.h"
+#include "DrawSetSession.h"
 #include "DseCommands.h"
+#include "LvdJson.h"
 #include "VDIText.h"
 #include "VectorDrawing.h"
 
@@ -68,12 +70,10 @@ int ParseLibArgs(const QString& ACommand, const QStringList& AArgs, const QStrin
   return -1;
 }
 
-// The library and the three datasets of one open draw set, loaded as the editor
-// loads them.
+// The library and one open draw set, loaded as the editor loads it.
 struct TOpenDrawSet {
   std::shared_ptr<TDrawSetLibrary> Lib;
-  TClientDataSet SetDS, BarDS, ParamDS;
-  std::unique_ptr<TDrawSet> DrawSet;
+  std::unique_ptr<TDrawSetSession> Session;
   TVectorDrawing Drawing;
 };
 
@@ -81,23 +81,9 @@ struct TOpenDrawSet {
 void OpenDrawSet(const TLibArgs& AArgs, int AID, TOpenDrawSet& AOut) {
   SetRegionSettings(AArgs.Region);
   AOut.Lib = TDrawSetLibrary::Open(AArgs.Positional[0]);
-  TDrawSetLibrary& ALib = *AOut.Lib;
-  AOut.SetDS.SetData(DataSvr::GetDrawSets(ALib));
-  AOut.BarDS.SetData(DataSvr::GetDrawSetBars(ALib, AID));
-  AOut.ParamDS.SetData(DataSvr::GetDrawSetParams(ALib, AID, CalcRuleID));
-  AOut.SetDS.SetFilter(S("(DrawSetID = %1)").arg(AID));
-  AOut.SetDS.SetFiltered(true);
-  AOut.SetDS.First();
-  if (AOut.SetDS.IsEmpty())
-    throw Exception(S("图集 %1 不存在").arg(AID));
-  AOut.DrawSet = std::make_unique<TDrawSet>(nullptr, AID, AOut.SetDS.FieldByName(S("DrawSetName")).AsString(),
-                                            static_cast<int>(AOut.SetDS.FieldByName(S("DrawSetTypeID")).AsInteger()),
-                                            &AOut.SetDS, &AOut.BarDS, &AOut.ParamDS);
-  TBytesStream Blob;
-  AOut.DrawSet->GetVectorDrawing(Blob);
-  Blob.SetPosition(0);
-  if (Blob.GetSize() > 0)
-    AOut.Drawing.LoadFromStream(Blob);
+  AOut.Session = std::make_unique<TDrawSetSession>(*AOut.Lib);
+  AOut.Session->FetchDrawSets();
+  AOut.Session->LoadDrawSet(AID, AOut.Drawing);
 }
 
 std::map<int, QString> TypeNames(TDrawSetLibrary& ALib) {
@@ -105,14 +91,6 @@ std::map<int, QString> TypeNames(TDrawSetLibrary& ALib) {
   for (const TPacketRow& Row : DataSvr::GetDrawSetTypes(ALib).Rows)
     R[Row.Values[0].toInt()] = Row.Values[1].toString();
   return R;
-}
-
-QString TextOfItem(const TVectorDrawing& D, int AID) {
-  const int I = D.IndexOfID(AID);
-  if (I < 0)
-    return QString();
-  const auto* T = dynamic_cast<const TVectorText*>(D.Items(I));
-  return T ? T->Text() : QString();
 }
 
 int Init(const QStringList& AArgs, TDseIO& AIO) {
@@ -169,27 +147,12 @@ int Show(const QStringList& AArgs, TDseIO& AIO) {
     return UsageError(AIO, S("show"), S("show takes FILE and a draw-set ID"));
   TOpenDrawSet Open;
   OpenDrawSet(A, ID, Open);
-  TDrawSet& DS = *Open.DrawSet;
+  TDrawSet& DS = *Open.Session->DrawSet();
   const auto Types = TypeNames(*Open.Lib);
   const QString TypeName = Types.count(DS.TypeID()) ? Types.at(DS.TypeID()) : S("(无类型)");
   QJsonArray Bars, Params;
-  for (int I = 0; I < DS.Bars().Count(); ++I) {
-    TDrawSetBar* B = DS.Bars().GetItems(I);
-    const QString Info = B->BarInfoVDID() >= 0 ? TextOfItem(Open.Drawing, B->BarInfoVDID()) : B->BarInfo();
-    Bars.append(QJsonObject{{S("barId"), B->BarID()},       {S("barNum"), B->BarNum()},
-                            {S("barPicId"), B->BarPicID()}, {S("items"), B->BarVDID()},
-                            {S("infoItem"), B->BarInfoVDID()}, {S("barInfo"), Info},
-                            {S("orderNum"), B->OrderNum()}, {S("remark"), B->BarRemark()},
-                            {S("script"), B->CalcProgram()}});
-  }
-  for (int I = 0; I < DS.Params().Count(); ++I) {
-    TDrawSetParam* P = DS.Params().GetItems(I);
-    Params.append(QJsonObject{{S("paramId"), P->ParamID()},   {S("code"), P->ParamCode()},
-                              {S("item"), P->ParamVDID()},     {S("value"), P->ParamVal()},
-                              {S("unit"), P->Unit()},          {S("dataType"), P->DataType()},
-                              {S("validateExpr"), P->ValidateExpr()}, {S("invalidMsg"), P->InvalidMsg()},
-                              {S("orderNum"), P->OrderNum()}});
-  }
+  for (int I = 0; I < DS.Bars().Count(); ++I) Bars.append(BarJson(*DS.Bars().GetItems(I), Open.Drawing));
+  for (int I = 0; I < DS.Params().Count(); ++I) Params.append(ParamJson(*DS.Params().GetItems(I)));
   if (A.Json) {
     const QJsonObject O{{S("id"), DS.ID()},        {S("name"), DS.Name()},         {S("typeId"), DS.TypeID()},
                         {S("type"), TypeName},     {S("region"), RegionCode},      {S("calcRuleId"), CalcRuleID},

@@ -1,5 +1,7 @@
 #include "LvdJson.h"
 
+#include "DrawSet.h"
+
 #include "VDIHatch.h"
 #include "VDILine.h"
 #include "VDIPoint.h"
@@ -100,3 +102,24 @@ QJsonObject ItemJson(const TVectorDrawingItem& I) {
   return O;
 }
 
+
+QJsonObject BarJson(const TDrawSetBar& B, const TVectorDrawing& ADrawing) {
+  QString Info = B.BarInfo();
+  if (B.BarInfoVDID() >= 0) {
+    const auto* T = dynamic_cast<const TVectorText*>(ADrawing.ItemByID(B.BarInfoVDID()));
+    Info = T ? T->Text() : QString();
+  }
+  return QJsonObject{{QStringLiteral("barId"), B.BarID()},       {QStringLiteral("barNum"), B.BarNum()},
+                     {QStringLiteral("barPicId"), B.BarPicID()}, {QStringLiteral("items"), B.BarVDID()},
+                     {QStringLiteral("infoItem"), B.BarInfoVDID()}, {QStringLiteral("barInfo"), Info},
+                     {QStringLiteral("orderNum"), B.OrderNum()}, {QStringLiteral("remark"), B.BarRemark()},
+                     {QStringLiteral("script"), B.CalcProgram()}};
+}
+
+QJsonObject ParamJson(const TDrawSetParam& P) {
+  return QJsonObject{{QStringLiteral("paramId"), P.ParamID()},   {QStringLiteral("code"), P.ParamCode()},
+                     {QStringLiteral("item"), P.ParamVDID()},     {QStringLiteral("value"), P.ParamVal()},
+                     {QStringLiteral("unit"), P.Unit()},          {QStringLiteral("dataType"), P.DataType()},
+                     {QStringLiteral("validateExpr"), P.ValidateExpr()},
+                     {QStringLiteral("invalidMsg"), P.InvalidMsg()}, {QStringLiteral("orderNum"), P.OrderNum()}};
+}

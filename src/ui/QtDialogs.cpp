@@ -48,7 +48,7 @@ int TQtDialogs::MessageBox(const QString& AText, const QString& ATitle, TMsgDlgT
 }
 
 bool TQtDialogs::InputBox(const QString& ACaption, const QString& APrompt, QString& AValue,
-                          const TInputValidator& AValidate) {
+                          const TInputValidator& AValidate, TMsgDlgType ARefusal) {
   QString Text = AValue;
   for (;;) {
     bool Ok = false;
@@ -56,7 +56,10 @@ bool TQtDialogs::InputBox(const QString& ACaption, const QString& APrompt, QStri
     if (!Ok) return false;
     QString Msg;
     if (AValidate && !AValidate(Text, Msg)) {
-      ShowErrorBox(Msg);
+      if (ARefusal == mtInformation)
+        ShowHintBox(Msg);
+      else
+        ShowErrorBox(Msg);
       continue;
     }
     AValue = Text;

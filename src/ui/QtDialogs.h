@@ -12,7 +12,7 @@ public:
   explicit TQtDialogs(QWidget* AOwner = nullptr) : FOwner(AOwner) {}
   int MessageBox(const QString& AText, const QString& ATitle, TMsgDlgType AType, TMsgDlgButtons AButtons) override;
   bool InputBox(const QString& ACaption, const QString& APrompt, QString& AValue,
-                const TInputValidator& AValidate) override;
+                const TInputValidator& AValidate, TMsgDlgType ARefusal) override;
   bool Choose(const QString& ACaption, const QStringList& AItems, int& AIndex) override;
   bool OpenFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName) override;
   bool SaveFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName) override;
