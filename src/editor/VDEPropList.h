@@ -15,7 +15,9 @@
 enum TVDEInputMode { imEdit, imDropDownList, imDropDown, imEllipsis, imColorList };
 
 using TVDEPropValChangedEvent = std::function<void(TVDEPropType APropType, const QString& AValue)>;
-using TVDEPropValValidateEvent = std::function<bool(TVDEPropType APropType, const QString& AValue)>;
+// False with the message to show when the value is refused.
+using TVDEPropValValidateEvent =
+    std::function<bool(TVDEPropType APropType, const QString& AValue, QString& AErrMsg)>;
 
 // Shown for a property whose value differs between selected items.
 inline const QString VDEMixedMarker = QStringLiteral("?");

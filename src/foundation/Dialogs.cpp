@@ -40,7 +40,7 @@ bool TDialogService::InputBox(const QString&, const QString&, QString&, const TI
 }
 bool TDialogService::Choose(const QString&, const QStringList&, int&) { return false; }
 bool TDialogService::OpenFileDialog(const QString&, const QString&, QString&) { return false; }
-bool TDialogService::SaveFileDialog(const QString&, const QString&, QString&) { return false; }
+bool TDialogService::SaveFileDialog(const QString&, const QString&, QString&, int*) { return false; }
 bool TDialogService::ColorDialog(quint32&) { return false; }
 bool TDialogService::FontDialog(TFontSpec&) { return false; }
 bool TDialogService::FormDialog(const QString&, std::vector<TFormField>&, const TFormValidator&) { return false; }
@@ -57,6 +57,8 @@ bool OVRAInputBox(const QString& ACaption, const QString& APrompt, QString& ATex
 }
 
 TDialogService& Dialogs() { return *Current(); }
+
+bool DialogsAreDefault() { return dynamic_cast<TStderrDialogs*>(Current().get()) != nullptr; }
 
 std::shared_ptr<TDialogService> SetDialogs(std::shared_ptr<TDialogService> AService) {
   std::shared_ptr<TDialogService> Old = Current();
@@ -130,7 +132,9 @@ bool TRecordingDialogs::OpenFileDialog(const QString& ACaption, const QString&, 
   return true;
 }
 
-bool TRecordingDialogs::SaveFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName) {
+bool TRecordingDialogs::SaveFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName,
+                                       int* AFilterIndex) {
+  if (AFilterIndex) *AFilterIndex = 1;
   return OpenFileDialog(ACaption, AFilter, AFileName);
 }
 

@@ -56,7 +56,9 @@ public:
                         const TInputValidator& AValidate = nullptr, TMsgDlgType ARefusal = mtError);
   virtual bool Choose(const QString& ACaption, const QStringList& AItems, int& AIndex);
   virtual bool OpenFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName);
-  virtual bool SaveFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName);
+  // AFilterIndex, when given, receives the chosen filter from 1.
+  virtual bool SaveFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName,
+                              int* AFilterIndex = nullptr);
   virtual bool ColorDialog(quint32& AColor);
   virtual bool FontDialog(TFontSpec& AFont);
   virtual bool FormDialog(const QString& ACaption, std::vector<TFormField>& AFields,
@@ -71,6 +73,8 @@ public:
 // The installed service; a default one writes "[TITLE] TEXT" lines to stderr,
 // answers OK / Yes to boxes and Cancel to every other dialog.
 TDialogService& Dialogs();
+// True while the default service is installed.
+bool DialogsAreDefault();
 // Installs AService (null puts the default back); returns the one it replaces.
 std::shared_ptr<TDialogService> SetDialogs(std::shared_ptr<TDialogService> AService);
 
@@ -101,7 +105,8 @@ public:
                 const TInputValidator& AValidate, TMsgDlgType ARefusal) override;
   bool Choose(const QString& ACaption, const QStringList& AItems, int& AIndex) override;
   bool OpenFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName) override;
-  bool SaveFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName) override;
+  bool SaveFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName,
+                      int* AFilterIndex = nullptr) override;
   // Fields "颜色" (a colour number) and then a button.
   bool ColorDialog(quint32& AColor) override;
   // Fields "字体", "字高", "字型" (0 to 3) and then a button.

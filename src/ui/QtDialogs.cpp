@@ -47,6 +47,21 @@ int TQtDialogs::MessageBox(const QString& AText, const QString& ATitle, TMsgDlgT
   }
 }
 
+namespace {
+
+// "Text|*.A|Text|*.B" as Qt's list of "Text (*.A)" entries; a text naming its pattern
+// already is kept as it stands.
+QStringList QtFilters(const QString& AFilter) {
+  QStringList R;
+  const QStringList Parts = AFilter.split(QLatin1Char('|'));
+  for (int I = 0; I + 1 < Parts.size(); I += 2)
+    R << (Parts[I].contains(QLatin1Char('(')) ? Parts[I] : QStringLiteral("%1 (%2)").arg(Parts[I], Parts[I + 1]));
+  if (R.isEmpty() && !AFilter.isEmpty()) R << AFilter;
+  return R;
+}
+
+}  // namespace
+
 bool TQtDialogs::InputBox(const QString& ACaption, const QString& APrompt, QString& AValue,
                           const TInputValidator& AValidate, TMsgDlgType ARefusal) {
   QString Text = AValue;
@@ -76,16 +91,22 @@ bool TQtDialogs::Choose(const QString& ACaption, const QStringList& AItems, int&
 }
 
 bool TQtDialogs::OpenFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName) {
-  const QString F = QFileDialog::getOpenFileName(FOwner, ACaption, AFileName, AFilter);
+  const QString F =
+      QFileDialog::getOpenFileName(FOwner, ACaption, AFileName, QtFilters(AFilter).join(QLatin1String(";;")));
   if (F.isEmpty()) return false;
   AFileName = F;
   return true;
 }
 
-bool TQtDialogs::SaveFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName) {
-  const QString F = QFileDialog::getSaveFileName(FOwner, ACaption, AFileName, AFilter);
+bool TQtDialogs::SaveFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName,
+                                int* AFilterIndex) {
+  const QStringList Filters = QtFilters(AFilter);
+  QString Selected = Filters.value(0);
+  const QString F =
+      QFileDialog::getSaveFileName(FOwner, ACaption, AFileName, Filters.join(QLatin1String(";;")), &Selected);
   if (F.isEmpty()) return false;
   AFileName = F;
+  if (AFilterIndex) *AFilterIndex = int(Filters.indexOf(Selected)) + 1;
   return true;
 }
 

@@ -15,7 +15,8 @@ public:
                 const TInputValidator& AValidate, TMsgDlgType ARefusal) override;
   bool Choose(const QString& ACaption, const QStringList& AItems, int& AIndex) override;
   bool OpenFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName) override;
-  bool SaveFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName) override;
+  bool SaveFileDialog(const QString& ACaption, const QString& AFilter, QString& AFileName,
+                      int* AFilterIndex = nullptr) override;
   bool ColorDialog(quint32& AColor) override;
   bool FontDialog(TFontSpec& AFont) override;
   bool FormDialog(const QString& ACaption, std::vector<TFormField>& AFields, const TFormValidator& AValidate) override;

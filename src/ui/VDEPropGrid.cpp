@@ -160,7 +160,10 @@ bool TVDEPropDelegate::Accepts(QWidget* AEditor) const {
     ShowErrorBox(Msg);
     return false;
   }
-  if (OnPropValValidate && !OnPropValValidate(T, Text)) return false;
+  if (OnPropValValidate && !OnPropValValidate(T, Text, Msg)) {
+    ShowErrorBox(Msg);
+    return false;
+  }
   return true;
 }
 
