@@ -77,8 +77,15 @@ int IntField(TClientDataSet& ADS, const QString& AName) {
   return F.IsNull() ? -1 : static_cast<int>(F.AsInteger());
 }
 
+// A region without a column of its own (an empty name) reads empty text.
 QString TextField(TClientDataSet& ADS, const QString& AName) {
-  return ADS.FieldByName(AName).AsString();
+  return AName.isEmpty() ? QString() : ADS.FieldByName(AName).AsString();
+}
+
+// ... and refuses to write into it, in plain words.
+void CheckRegionColumn(const QString& AName) {
+  if (AName.isEmpty())
+    throw Exception(QStringLiteral("区域 %1 没有自己的脚本和钢筋信息列，不能在这个区域修改它们").arg(RegionCode));
 }
 
 bool IsLowByteLetter(QChar C) {
@@ -135,6 +142,7 @@ TDrawSetBar::TDrawSetBar(TDrawSetBars* AOwner, int ADrawSetID, int ABarID, int A
 bool TDrawSetBar::LocateRow() const { return LocateKey(FBarDS, {kDrawSetID, kBarID}, {FDrawSetID, FBarID}); }
 
 void TDrawSetBar::WriteField(const QString& AField, const QString& AText) {
+  CheckRegionColumn(AField);
   if (LocateRow())
     WriteRowField(FBarDS, AField, AText);
 }
@@ -232,7 +240,7 @@ TDrawSetBar* TDrawSetBars::Add(int ADrawSetID, int ABarID, int ABarPicID, const 
       FBarDS->FieldByName(QStringLiteral("BarNum")).SetAsString(Trim(ABarNum));
       FBarDS->FieldByName(QStringLiteral("BarVDID")).SetAsString(Trim(ABarVDID));
       FBarDS->FieldByName(QStringLiteral("BarInfoVDID")).SetAsInteger(ABarInfoVDID);
-      FBarDS->FieldByName(CalcProgramFieldName).SetAsString(QString());
+      if (!CalcProgramFieldName.isEmpty()) FBarDS->FieldByName(CalcProgramFieldName).SetAsString(QString());
       FBarDS->FieldByName(kOrderNum).SetAsInteger(ABarID);
       FBarDS->FieldByName(QStringLiteral("BarRemark")).SetAsString(ABarRemark);
     } catch (...) {

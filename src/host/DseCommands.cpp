@@ -8,6 +8,7 @@ void RegisterAllCommands(TDseCommandLine& ACommands) {
   RegisterLvdCommands(ACommands);
   RegisterLibraryCommands(ACommands);
   RegisterDrawCommands(ACommands);
+  RegisterEditCommands(ACommands);
 }
 
 int UsageError(TDseIO& AIO, const QString& ACommand, const QString& AMessage) {

@@ -10,6 +10,7 @@ void RegisterScriptCommands(TDseCommandLine& ACommands);
 void RegisterLvdCommands(TDseCommandLine& ACommands);
 void RegisterLibraryCommands(TDseCommandLine& ACommands);
 void RegisterDrawCommands(TDseCommandLine& ACommands);
+void RegisterEditCommands(TDseCommandLine& ACommands);
 
 // Fills the program's table once.
 void RegisterAllCommands(TDseCommandLine& ACommands);

@@ -13,6 +13,7 @@
 #include <QWheelEvent>
 
 #include <charconv>
+#include <cmath>
 
 namespace {
 
@@ -100,8 +101,11 @@ QList<TScriptWord> SplitScriptLine(const QString& ALine) {
 
 QString ShortestNumber(double AValue) {
   if (AValue == 0) return QStringLiteral("0");
-  char Buf[64];
-  const auto R = std::to_chars(Buf, Buf + sizeof Buf, AValue);
+  char Buf[400];
+  // Plain digits across the ordinary range ("100000", not "1e+05"); exponents only beyond.
+  const double A = std::fabs(AValue);
+  const auto Format = A >= 1e-6 && A < 1e21 ? std::chars_format::fixed : std::chars_format::general;
+  const auto R = std::to_chars(Buf, Buf + sizeof Buf, AValue, Format);
   return QString::fromLatin1(Buf, int(R.ptr - Buf));
 }
 
@@ -109,17 +113,41 @@ TEditorScriptPlayer::TEditorScriptPlayer(TVDEditorWidget& ACanvas, QTextStream& 
     : FCanvas(ACanvas), FOut(AOut), FDialogs(std::make_shared<TRecordingDialogs>()) {
   FDialogs->OnMessage = [this](const QString& ALine) { Print(ALine); };
   FPrevDialogs = SetDialogs(FDialogs);
-  FCanvas.Editor().OnShowMousePos = [this](const QString& AText) { FLastPos = AText; };
+  FPrevShowMousePos = FCanvas.Editor().OnShowMousePos;
+  FCanvas.Editor().OnShowMousePos = [this](const QString& AText) {
+    FLastPos = AText;
+    if (FPrevShowMousePos) FPrevShowMousePos(AText);
+  };
   FCanvas.OnError = [this](std::exception_ptr AError) { FEventError = AError; };
 }
 
 void TEditorScriptPlayer::Send(QObject* ATarget, QEvent* AEvent) {
   QCoreApplication::sendEvent(ATarget, AEvent);
+  RaiseEventError();
+}
+
+void TEditorScriptPlayer::RaiseEventError() {
   if (FEventError) std::rethrow_exception(std::exchange(FEventError, nullptr));
 }
 
+void TEditorScriptPlayer::SetClientSize(int AWidth, int AHeight) {
+  FCanvas.resize(AWidth, AHeight);
+  FCanvas.Editor().SetClientSize(AWidth, AHeight);
+}
+
+bool TEditorScriptPlayer::CheckProp(int, const QString&, QString&) { return true; }
+
+bool TEditorScriptPlayer::TryShortcut(int, Qt::KeyboardModifiers) { return false; }
+
+void TEditorScriptPlayer::BeforeStatement(const QString&) {}
+
+QWidget* TEditorScriptPlayer::KeyTarget() const {
+  if (QWidget* P = QApplication::activePopupWidget()) return P;
+  return QApplication::focusWidget() ? QApplication::focusWidget() : &FCanvas;
+}
+
 TEditorScriptPlayer::~TEditorScriptPlayer() {
-  FCanvas.Editor().OnShowMousePos = nullptr;
+  FCanvas.Editor().OnShowMousePos = FPrevShowMousePos;
   FCanvas.OnError = nullptr;
   SetDialogs(FPrevDialogs);
 }
@@ -138,6 +166,7 @@ bool TEditorScriptPlayer::Run(const QStringList& ALines, QString& AError) {
     LastLine = LineNo;
     try {
       RunStatement(SplitScriptLine(T));
+      RaiseEventError();
     } catch (const std::exception& E) {
       AError = QStringLiteral("line %1: %2").arg(LineNo).arg(QString::fromUtf8(E.what()));
       return false;
@@ -202,7 +231,9 @@ void TEditorScriptPlayer::SendKey(const QString& AName, Qt::KeyboardModifiers AM
   }
   if (Key == 0) Fail(QStringLiteral("unknown key '%1'").arg(AName));
   if (Keypad) AMods |= Qt::KeypadModifier;
-  QWidget* Target = QApplication::focusWidget() ? QApplication::focusWidget() : &FCanvas;
+  FInputSeen = true;
+  if (!QApplication::activePopupWidget() && TryShortcut(Key, AMods)) return;
+  QWidget* Target = KeyTarget();
   QKeyEvent Down(QEvent::KeyPress, Key, AMods, Text);
   Send(Target, &Down);
   QKeyEvent Up(QEvent::KeyRelease, Key, AMods, Text);
@@ -212,6 +243,7 @@ void TEditorScriptPlayer::SendKey(const QString& AName, Qt::KeyboardModifiers AM
 
 void TEditorScriptPlayer::RunStatement(const QList<TScriptWord>& AWords) {
   const QString Cmd = AWords[0].Text;
+  BeforeStatement(Cmd);
   QStringList W;
   for (const TScriptWord& X : AWords) W << X.Text;
   // Trailing modifier words of input statements.
@@ -229,8 +261,7 @@ void TEditorScriptPlayer::RunStatement(const QList<TScriptWord>& AWords) {
     if (FInputSeen) Fail(QStringLiteral("size must come before the first input"));
     const int Wd = Integer(W[1]), H = Integer(W[2]);
     if (Wd < 1 || H < 1 || Wd > 10000 || H > 10000) Fail(QStringLiteral("size must be 1 to 10000 pixels"));
-    FCanvas.resize(Wd, H);
-    E.SetClientSize(Wd, H);
+    SetClientSize(Wd, H);
   } else if (Cmd == QLatin1String("view")) {
     Need(4, 4, "view CX CY SCALE");
     const double S = Number(W[3]);
@@ -323,7 +354,7 @@ void TEditorScriptPlayer::RunStatement(const QList<TScriptWord>& AWords) {
     SendKey(W[1], Mods);
   } else if (Cmd == QLatin1String("type")) {
     Need(2, 2, "type \"TEXT\"");
-    QWidget* Target = QApplication::focusWidget() ? QApplication::focusWidget() : &FCanvas;
+    QWidget* Target = KeyTarget();
     for (const QChar C : W[1]) {
       const int Key = C.isLetter() && C.unicode() < 128 ? Qt::Key_A + (C.toLower().unicode() - 'a')
                       : C.isDigit()                     ? Qt::Key_0 + C.digitValue()
@@ -395,7 +426,7 @@ void TEditorScriptPlayer::RunProp(const QString& AName, const QString& AValue) {
   TVDEPropItem& Item = L.Items(T);
   if (!Item.Visible()) Fail(QStringLiteral("property %1 is not shown for the selection").arg(AName));
   QString Msg;
-  if (!Item.Validate(AValue, Msg)) {
+  if (!Item.Validate(AValue, Msg) || !CheckProp(int(T), AValue, Msg)) {
     ShowErrorBox(Msg);
     return;
   }

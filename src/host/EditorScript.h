@@ -4,13 +4,16 @@
 // Qt events; dialogs are answered from a queue; prints go to the output stream.
 
 #include <QPoint>
+#include <Qt>
 #include <QString>
 #include <QStringList>
 #include <QTextStream>
 
 #include <exception>
+#include <functional>
 #include <memory>
 
+class QWidget;
 class TVDEditorWidget;
 class TRecordingDialogs;
 
@@ -37,8 +40,24 @@ protected:
   virtual bool RunExtra(const QList<TScriptWord>& AWords);
   virtual void Save(const QString& AFileName, const QString& AFormat);
   virtual void Shot(const QString& AFileName);
+  // The `size` statement: the control gets this client size.
+  virtual void SetClientSize(int AWidth, int AHeight);
+  // A property edit's further check after the property's own; false with the message.
+  virtual bool CheckProp(int APropType, const QString& AValue, QString& AErrMsg);
+  // A key the window takes as a shortcut; true when it did.
+  virtual bool TryShortcut(int AKey, Qt::KeyboardModifiers AMods);
+  // Called before each statement; raises to refuse it.
+  virtual void BeforeStatement(const QString& AWord);
+  // The widget that takes `key` and `type`.
+  QWidget* KeyTarget() const;
   void Print(const QString& ALine);
+  // Sends an event and rethrows what a handler caught meanwhile.
+  void Send(QObject* ATarget, class QEvent* AEvent);
+  // A failure caught by an event handler, raised after the event.
+  void SetEventError(std::exception_ptr AError) { FEventError = AError; }
+  void RaiseEventError();
   TVDEditorWidget& Canvas() { return FCanvas; }
+  TRecordingDialogs& Recorder() { return *FDialogs; }
 
 private:
   void RunStatement(const QList<TScriptWord>& AWords);
@@ -57,6 +76,5 @@ private:
   QString FLastPos;
   bool FInputSeen = false;
   std::exception_ptr FEventError;
-  // Rethrows what an event handler caught.
-  void Send(QObject* ATarget, class QEvent* AEvent);
+  std::function<void(const QString&)> FPrevShowMousePos;
 };

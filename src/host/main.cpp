@@ -8,10 +8,30 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstring>
+
+namespace {
+
+QtMessageHandler GQtHandler = nullptr;
+
+// The offscreen platform reports every window it cannot size by hints; that is no
+// news to a user.
+void FilterQtMessages(QtMsgType AType, const QMessageLogContext& AContext, const QString& AText) {
+  if (AText.contains(QLatin1String("does not support propagateSizeHints"))) return;
+  if (GQtHandler) GQtHandler(AType, AContext, AText);
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
-  // The command line shows no window; drawing and text measure still need a platform.
-  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  GQtHandler = qInstallMessageHandler(FilterQtMessages);
+  // Only the interactive editor shows a window; the rest draws and measures text
+  // offscreen.
+  bool Interactive = argc >= 2 && std::strcmp(argv[1], "edit") == 0;
+  for (int I = 2; I < argc; ++I) Interactive = Interactive && std::strcmp(argv[I], "-s") != 0;
+  const bool Display = !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && !(Interactive && Display))
+    qputenv("QT_QPA_PLATFORM", "offscreen");
   if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
     const QByteArray Dir = QDir::tempPath().toLocal8Bit() + "/dse-runtime-" + QByteArray::number(getuid());
     QDir().mkpath(QString::fromLocal8Bit(Dir));

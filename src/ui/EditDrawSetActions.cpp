@@ -137,7 +137,7 @@ void TEditDrawSetForm::CreateActions() {
   Action(QStringLiteral("acShowBars"))->setCheckable(true);
   Action(QStringLiteral("acDrawArc"))->setCheckable(true);
   // The arc drop-down's head runs no command: its menu does.
-  Action(QStringLiteral("acDrawArc"))->setEnabled(true);
+  SetActionEnabled(Action(QStringLiteral("acDrawArc")), true);
 }
 
 QAction* TEditDrawSetForm::AddAction(const TActionDef& D) {
@@ -159,16 +159,17 @@ QAction* TEditDrawSetForm::AddAction(const TActionDef& D) {
   }
   if (NeedsBarsPanel(Name) || Name == QLatin1String("acImport")) Available = false;
   FAvailable.insert(Name, Available);
-  A->setEnabled(Available);
+  SetActionEnabled(A, Available);
 
   if (!D.Visible) {
     A->setVisible(false);
     // A hidden action's shortcut is off in Qt; the form keeps it working.
     if (*D.Key) {
       auto* S = new QShortcut(A->shortcut(), this);
-      connect(S, &QShortcut::activated, this, [this, A] {
+      connect(S, &QShortcut::activated, this, [this, Name] {
+        UpdateActions();
         UpdateEditActions();
-        if (A->isEnabled()) A->trigger();
+        TriggerAction(Name);
       });
     }
   }

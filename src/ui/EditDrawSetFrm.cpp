@@ -22,6 +22,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QResizeEvent>
 #include <QStatusBar>
 #include <QTimer>
 
@@ -50,6 +51,7 @@ TEditDrawSetForm::TEditDrawSetForm(QWidget* AOwner, int, IMZTBarInfoDataSvr* ASy
   RegisterEditorCommands();
   FEditorWidget = new TVDEditorWidget(this, ASettingsFile);
   FEditorWidget->setObjectName(QStringLiteral("FEditor"));
+  FEditorWidget->installEventFilter(this);
   setCentralWidget(FEditorWidget);
   TVectorDrawingEditor& E = Editor();
   E.OnCommandChanged = [this](int ACmdID) { OnCommandChanged(ACmdID); };
@@ -154,6 +156,14 @@ void TEditDrawSetForm::ResetView() {
   }
   E.GetCoordTrans().SetCoordTransParam({10, E.GetClientHeight() - 10}, Origin, 1.0);
   E.SetScale(100);
+  const TKRNCoordTrans& T = E.GetCoordTrans();
+  FResetView = {T.DPoint().X, T.DPoint().Y, T.WPoint().X, T.WPoint().Y, T.ZoomFactor()};
+}
+
+bool TEditDrawSetForm::ViewIsReset() {
+  const TKRNCoordTrans& T = Editor().GetCoordTrans();
+  return FResetView == std::array<double, 5>{double(T.DPoint().X), double(T.DPoint().Y), T.WPoint().X, T.WPoint().Y,
+                                              T.ZoomFactor()};
 }
 
 // ---- modes -------------------------------------------------------------------
@@ -191,10 +201,10 @@ void TEditDrawSetForm::UpdateEditActions() {
       FRadiusCombo->setEnabled(It.value());
       continue;
     }
-    if (QAction* A = Action(It.key())) A->setEnabled(It.value() && FAvailable.value(It.key()));
+    if (QAction* A = Action(It.key())) SetActionEnabled(A, It.value() && FAvailable.value(It.key()));
   }
   QAction* ArcHead = Action(QStringLiteral("acDrawArc"));
-  ArcHead->setEnabled(Action(QStringLiteral("acDrawCSArc"))->isEnabled());
+  SetActionEnabled(ArcHead, IsActionEnabled(Action(QStringLiteral("acDrawCSArc"))));
 }
 
 void TEditDrawSetForm::UpdateActions() {
@@ -214,15 +224,15 @@ void TEditDrawSetForm::UpdateActions() {
   FPanels[5]->setText(FPanels[5]->fontMetrics().elidedText(Prompt, Qt::ElideRight, std::max(40, FPanels[5]->width() - 6)));
   FPanels[5]->setProperty("fullText", Prompt);
 
-  Action(QStringLiteral("acSave"))->setEnabled(FSession->HasChanges(D));
+  SetActionEnabled(Action(QStringLiteral("acSave")), FSession->HasChanges(D));
   Action(QStringLiteral("acSnapSwitch"))->setChecked(E.GetSnapSwitch());
   TDrawSet* DS = FSession->DrawSet();
   const bool HasBars = DS && DS->Bars().Count() > 0;
-  Action(QStringLiteral("acInitialize"))->setEnabled(D.Count() > 0 || HasBars);
+  SetActionEnabled(Action(QStringLiteral("acInitialize")), D.Count() > 0 || HasBars);
   const bool Add = Action(QStringLiteral("acShowBars"))->isChecked() && FAvailable.value(QStringLiteral("acAddBar"));
-  Action(QStringLiteral("acAddBar"))->setEnabled(Add);
-  Action(QStringLiteral("acDeleteBar"))->setEnabled(Add && HasBars);
-  Action(QStringLiteral("acDebug"))->setEnabled(Add && HasBars);
+  SetActionEnabled(Action(QStringLiteral("acAddBar")), Add);
+  SetActionEnabled(Action(QStringLiteral("acDeleteBar")), Add && HasBars);
+  SetActionEnabled(Action(QStringLiteral("acDebug")), Add && HasBars);
 }
 
 QStringList TEditDrawSetForm::StatusTexts() const {
@@ -259,6 +269,27 @@ void TEditDrawSetForm::OnSelSetChanged() {
 }
 
 // ---- actions -------------------------------------------------------------------
+
+// Qt disables a hidden action; the form keeps the enable rule's answer beside it, so
+// that the shortcuts and popups of hidden actions follow the rule.
+bool TEditDrawSetForm::IsActionEnabled(const QAction* AAction) const {
+  return AAction && AAction->property("dseEnabled").toBool();
+}
+
+void TEditDrawSetForm::SetActionEnabled(QAction* AAction, bool AValue) {
+  AAction->setProperty("dseEnabled", AValue);
+  AAction->setEnabled(AValue);
+}
+
+bool TEditDrawSetForm::TriggerAction(const QString& AName) {
+  QAction* A = Action(AName);
+  if (!IsActionEnabled(A)) return false;
+  if (A->isVisible())
+    A->trigger();
+  else
+    RunAction(AName);
+  return true;
+}
 
 void TEditDrawSetForm::RunAction(const QString& AName) {
   Guard([&] {
@@ -299,7 +330,7 @@ bool TEditDrawSetForm::CheckSaveChanges() {
     }
   }
   UpdateActions();
-  if (!Action(QStringLiteral("acSave"))->isEnabled()) return true;
+  if (!IsActionEnabled(Action(QStringLiteral("acSave")))) return true;
   const int R = ShowConfirmBox(QStringLiteral("图集已修改，是否保存？"), mbYesNoCancel);
   if (R == mrCancel) return false;
   if (R == mrYes) DoSave();
@@ -399,7 +430,7 @@ void TEditDrawSetForm::ShowPopup(const QPoint& AGlobalPos) {
       }
       QAction* A = Action(N);
       QString Caption = A->text(), Hint = A->toolTip();
-      bool Enabled = A->isEnabled();
+      bool Enabled = IsActionEnabled(A);
       if (N == QLatin1String("acRepeatCmd")) {
         Enabled = Repeat.CmdID != -1;
         Caption = Repeat.Caption;
@@ -420,6 +451,18 @@ void TEditDrawSetForm::ShowPopup(const QPoint& AGlobalPos) {
 // ---- window ------------------------------------------------------------------------
 
 bool TEditDrawSetForm::eventFilter(QObject* AObject, QEvent* AEvent) {
+  // Until the user moves the view, the reset view follows the control's size: the
+  // window gets its final size only once it shows.
+  if (AObject == FEditorWidget && AEvent->type() == QEvent::Resize) {
+    const bool Reset = ViewIsReset();
+    const bool R = QMainWindow::eventFilter(AObject, AEvent);
+    if (Reset) {
+      auto* E = static_cast<QResizeEvent*>(AEvent);
+      Editor().SetClientSize(E->size().width(), E->size().height());
+      ResetView();
+    }
+    return R;
+  }
   if (AEvent->type() == QEvent::MouseButtonPress) {
     if (AObject == FPanels[1]) Guard([&] { Editor().Execute(cmdSnapSwitch, 0); });
     else if (AObject == FPanels[2]) Guard([&] { Editor().Execute(cmdGridSwitch, 0); });

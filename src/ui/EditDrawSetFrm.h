@@ -58,6 +58,11 @@ public:
   // The actions in the order of the action list.
   const QList<QAction*>& Actions() const { return FActions; }
   QAction* Action(const QString& AName) const { return FActionByName.value(AName); }
+  // The enable rule's answer (Qt disables every hidden action on its own).
+  bool IsActionEnabled(const QAction* AAction) const;
+  void SetActionEnabled(QAction* AAction, bool AValue);
+  // Runs an enabled action as its menu item or shortcut would; false when disabled.
+  bool TriggerAction(const QString& AName);
   QComboBox& ZoomCombo() { return *FZoomCombo; }
   QComboBox& RadiusCombo() { return *FRadiusCombo; }
   QMenu* PopupMenu() const { return FActivePopup; }
@@ -97,6 +102,7 @@ private:
   void ZoomAccepted();
   void RadiusAccepted();
 
+  bool ViewIsReset();
   void DoSave();
   void DoSelDrawSet();
   void DoInitialize();
@@ -127,6 +133,7 @@ private:
   QMenu* FActivePopup = nullptr;
   QList<QToolBar*> FToolBars;
 
+  std::array<double, 5> FResetView{};  // the transform ResetView set
   int FModalResult = 0;
   bool FAborted = false;
   std::exception_ptr FFatalError;
