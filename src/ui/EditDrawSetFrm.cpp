@@ -99,7 +99,9 @@ TEditDrawSetForm::TEditDrawSetForm(QWidget* AOwner, int, IMZTBarInfoDataSvr* ASy
       L.Items(ptEndMarkStyle).SetRaw(QString::fromUtf8(D.Mark));
     }
   }
-  FCurDSType = dsParam;  // so that selecting the plain mode below copies its list in
+  // Selecting the plain mode keeps the editor's own list (from its settings file) as
+  // the plain mode's: the mode being "left" is the plain one.
+  FCurDSType = dsNormal;
   SetCurDSType(dsNormal);
 
   FSession->FetchDrawSets();
