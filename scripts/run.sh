@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# The main job. Until the editor window exists it shows the demo library: creates it
-# when absent, lists it, renders each draw set's drawing to a PNG, and plays the editor
-# control on the first draw set with a screenshot.
+# The main job: the draw-set editor window on the first draw set of the demo library
+# (created when absent). With a display the window is interactive; without one it runs
+# under Xvfb, plays a short demonstration and writes a screenshot of the window.
 set -euo pipefail
 BUILD=${1:-build}
 DSE="$BUILD/src/host/dse"
@@ -12,15 +12,14 @@ if [ ! -f "$LIB" ]; then
   "$DSE" init "$LIB"
 fi
 "$DSE" list "$LIB"
-for ID in $("$DSE" list "$LIB" | awk -F'\t' 'NR > 1 { print $1 }'); do
-  "$DSE" export "$LIB" "$ID" "$OUT/drawset-$ID.lvd" >/dev/null
-  "$DSE" lvd render "$OUT/drawset-$ID.lvd" -o "$OUT/drawset-$ID.png" --size 1200x900 --margin 30
-  echo "drawset $ID -> $OUT/drawset-$ID.png"
-done
-# The script frames the corner of the demo's top end joint (draw set 1).
-FIRST=1
-[ -f "$OUT/drawset-$FIRST.lvd" ] || FIRST=$("$DSE" list "$LIB" | awk -F'\t' 'NR == 2 { print $1 }')
-sed "s|docs/editor-control|$OUT/editor-control|" docs/editor-control.script > "$OUT/editor-control.script"
-"$DSE" draw "$OUT/drawset-$FIRST.lvd" -s "$OUT/editor-control.script" --settings "$OUT/dse.ini"
-echo "editor control -> $OUT/editor-control.png"
-"$DSE" show "$LIB" 0
+FIRST=$("$DSE" list "$LIB" | awk -F'\t' 'NR == 2 { print $1 }')
+# The demonstration frames the top end joint (draw set 1) when the library has it.
+"$DSE" list "$LIB" | awk -F'\t' 'NR > 1 && $1 == 1 { found = 1 } END { exit !found }' && FIRST=1
+if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] && [ -z "${DSE_HEADLESS:-}" ]; then
+  echo "opening the editor on draw set $FIRST of $LIB"
+  exec "$DSE" edit "$LIB" "$FIRST" --settings "$OUT/dse.ini"
+fi
+sed "s|docs/editor-window|$OUT/editor-window|" docs/editor-window.script > "$OUT/editor-window.script"
+xvfb-run -a -s "-screen 0 1280x800x24" env QT_QPA_PLATFORM=xcb \
+  "$DSE" edit "$LIB" "$FIRST" -s "$OUT/editor-window.script" --settings "$OUT/dse.ini"
+echo "editor window -> $OUT/editor-window.png"

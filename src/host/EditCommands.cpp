@@ -90,6 +90,7 @@ protected:
   }
 
   void Shot(const QString& AFileName) override {
+    FForm.UpdateActions();
     QCoreApplication::processEvents();
     if (!FForm.grab().save(AFileName, "PNG")) Fail(QStringLiteral("cannot write %1").arg(AFileName));
   }
@@ -174,7 +175,7 @@ private:
     } else if (What == QLatin1String("status")) {
       FForm.UpdateActions();
       const QStringList T = FForm.StatusTexts();
-      for (int I = 0; I < T.size(); ++I) Print(QStringLiteral("status %1 %2").arg(I).arg(T[I]).trimmed());
+      for (int I = 0; I < T.size(); ++I) Print(QStringLiteral("status %1 %2").arg(I).arg(T[I].trimmed()).trimmed());
     } else if (What == QLatin1String("pos")) {
       Print(QStringLiteral("pos %1").arg(FForm.StatusTexts().value(0)));
     } else if (What == QLatin1String("debug") || What == QLatin1String("script")) {

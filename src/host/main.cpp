@@ -25,10 +25,9 @@ void FilterQtMessages(QtMsgType AType, const QMessageLogContext& AContext, const
 
 int main(int argc, char** argv) {
   GQtHandler = qInstallMessageHandler(FilterQtMessages);
-  // Only the interactive editor shows a window; the rest draws and measures text
-  // offscreen.
-  bool Interactive = argc >= 2 && std::strcmp(argv[1], "edit") == 0;
-  for (int I = 2; I < argc; ++I) Interactive = Interactive && std::strcmp(argv[I], "-s") != 0;
+  // Only the editor window goes to a display when there is one; the rest draws and
+  // measures text offscreen.
+  const bool Interactive = argc >= 2 && std::strcmp(argv[1], "edit") == 0;
   const bool Display = !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && !(Interactive && Display))
     qputenv("QT_QPA_PLATFORM", "offscreen");
