@@ -159,7 +159,7 @@ void TEditDrawSetForm::ResetView() {
   E.GetCoordTrans().SetCoordTransParam({10, E.GetClientHeight() - 10}, Origin, 1.0);
   E.SetScale(100);
   const TKRNCoordTrans& T = E.GetCoordTrans();
-  FResetView = {T.DPoint().X, T.DPoint().Y, T.WPoint().X, T.WPoint().Y, T.ZoomFactor()};
+  FResetView = {double(T.DPoint().X), double(T.DPoint().Y), T.WPoint().X, T.WPoint().Y, T.ZoomFactor()};
 }
 
 bool TEditDrawSetForm::ViewIsReset() {

@@ -187,7 +187,9 @@ TEST(DSEditActions, ZoomAndRadiusTexts) {
     QString T = S(C.In);
     double R = -1;
     ASSERT_EQ(AcceptRadiusText(T, R), C.Ok);
-    if (C.Ok) EXPECT_EQ(R, C.R);
+    if (C.Ok) {
+      EXPECT_EQ(R, C.R);
+    }
   }
   QString Empty;
   double R;
