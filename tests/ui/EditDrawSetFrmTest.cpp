@@ -302,14 +302,17 @@ TEST_F(TFormTest, ChoosingAnotherDrawSet) {
 
 TEST(ChooseBZTJ, TreeByType) {
   TMemoryDataSvr Server;
-  // A draw set of type -1 goes under the parent of the row before it.
+  // A draw set of type -1 goes under the parent of the row before it; every unknown type
+  // shares one "其他类型".
   Server.Sets.AddRow({5, -1, 4, S("续图"), QVariant(), QVariant()});
+  Server.Sets.AddRow({6, 8, 5, S("另图"), QVariant(), QVariant()});
   const std::vector<TDrawSetTreeNode> N = BuildDrawSetTree(Server.Types, Server.Sets);
   const struct {
     const char* Text;
     int Data, Parent;
   } Expect[] = {{"梁柱节点", 1, -1}, {"板", 2, -1},  {"空类型", 3, -1},   {"中间节点", 1, 0},
-                {"板边", 2, 1},      {"其他类型", -1, -1}, {"散图", 4, 5}, {"续图", 5, 5}};
+                {"板边", 2, 1},      {"其他类型", -1, -1}, {"散图", 4, 5}, {"续图", 5, 5},
+                {"另图", 6, 5}};
   ASSERT_EQ(N.size(), std::size(Expect));
   for (size_t I = 0; I < N.size(); ++I) {
     SCOPED_TRACE(Expect[I].Text);
