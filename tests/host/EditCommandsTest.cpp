@@ -298,3 +298,31 @@ TEST_F(EditCommandsTest, BadInputGivesPlainErrors) {
     EXPECT_TRUE(E.Err.contains(S(B.Err))) << E.Err.toStdString();
   }
 }
+
+TEST_F(EditCommandsTest, ShortcutsReachTheActionsHiddenOnesToo) {
+  const int Items = Show(1)[S("items")].toInt();
+  const TDseResult R = Edit(1, S(DrawLine) + S("key esc\nprint items\nkey z ctrl\nprint items\nkey z shift ctrl\n"
+                                              "print items\nkey s ctrl\nprint modified\nclose\n"));
+  ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
+  const QStringList L = Lines(R);
+  ASSERT_EQ(L.size(), 5) << R.Out.toStdString();
+  EXPECT_TRUE(L[0].startsWith(S("items %1 ").arg(Items + 1)));
+  EXPECT_TRUE(L[1].startsWith(S("items %1 ").arg(Items)));  // Ctrl+Z: the hidden undo action
+  EXPECT_TRUE(L[2].startsWith(S("items %1 ").arg(Items + 1)));
+  EXPECT_EQ(L[3], S("modified false"));  // Ctrl+S saved: closing asks nothing
+  EXPECT_EQ(L[4], S("result 2"));
+  EXPECT_EQ(Show(1)[S("items")].toInt(), Items + 1);
+}
+
+TEST_F(EditCommandsTest, BarModeDrawsChainsAsOnePolyline) {
+  const char* Chain = "action acDrawLine\nclick 0,0\nclick 100,0\nclick 100,100\nrclick\nkey esc\nprint items\n";
+  const int Items = Show(1)[S("items")].toInt();
+  for (const char* Mode : {"normal", "bar"}) {
+    SCOPED_TRACE(Mode);
+    const TDseResult R = Edit(1, S("size 800 600\nview 0 0 1\nset snap off\nmode %1\n").arg(S(Mode)) + S(Chain) +
+                                     S("answer no\nclose\n"));
+    ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
+    // Two segments in the plain mode, one polyline in the bar mode.
+    EXPECT_TRUE(R.Out.startsWith(S("items %1 ").arg(Items + (S(Mode) == S("bar") ? 1 : 2)))) << R.Out.toStdString();
+  }
+}
