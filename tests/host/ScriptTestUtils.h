@@ -32,8 +32,11 @@ inline QStringList Play(const QString& AScript) {
               .toUtf8() +
           AScript.toUtf8());
   F.close();
+  // Each play starts from the default settings: the editor writes its file on the way out.
+  const QString Ini = ScriptDir().filePath(QStringLiteral("t.ini"));
+  QFile::remove(Ini);
   const TDseResult R = RunDse({QStringLiteral("draw"), QStringLiteral("--new"), QStringLiteral("-s"), S,
-                               QStringLiteral("--settings"), ScriptDir().filePath(QStringLiteral("t.ini"))});
+                               QStringLiteral("--settings"), Ini});
   EXPECT_EQ(R.Code, 0) << R.Err.toStdString();
   return R.Out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
