@@ -195,10 +195,10 @@ private:
     if (!(AGrid.model()->flags(I) & Qt::ItemIsEditable)) Fail(QStringLiteral("cell %1 %2 cannot be edited").arg(Row).arg(Col));
     AGrid.setFocus();
     AGrid.setCurrentIndex(I);
-    AGrid.edit(I);
+    if (!AGrid.IsEditing()) AGrid.edit(I);
     QCoreApplication::processEvents();
-    QWidget* Editor = QApplication::focusWidget();
-    if (!Editor || !AGrid.isAncestorOf(Editor)) Fail(QStringLiteral("cell %1 %2 opened no editor").arg(Row).arg(Col));
+    QWidget* Editor = AGrid.Delegate().CurrentEditor();
+    if (!Editor || !AGrid.IsEditing()) Fail(QStringLiteral("cell %1 %2 opened no editor").arg(Row).arg(Col));
     if (auto* L = qobject_cast<QLineEdit*>(Editor)) L->setText(AText);
     else if (auto* B = qobject_cast<QComboBox*>(Editor)) {
       if (B->isEditable()) B->setEditText(AText);

@@ -260,7 +260,7 @@ void TEditDrawSetForm::OnCommandChanged(int ACmdID) {
 }
 
 void TEditDrawSetForm::OnSelSetChanged() {
-  if (FPropGrid->IsEditing()) FPropGrid->setCurrentIndex(FPropGrid->currentIndex());  // hide the editor
+  FPropGrid->HideEditor();
   TVectorDrawingEditor& E = Editor();
   TVDEPropList* L = E.GetVectorDrawing().SelSet().Count() == 0 ? &E.GetAddItemProp() : &E.GetModifyItemProp();
   if (FPropGrid->PropList() == L)
@@ -324,13 +324,7 @@ void TEditDrawSetForm::DoSave() {
 }
 
 bool TEditDrawSetForm::CheckSaveChanges() {
-  if (FPropGrid->IsEditing()) {
-    QWidget* Ed = QApplication::focusWidget();
-    if (Ed && FPropGrid->isAncestorOf(Ed)) {
-      FPropGrid->setFocus();  // commits through the delegate, or stays on a refusal
-      if (FPropGrid->IsEditing()) return false;
-    }
-  }
+  if (!FPropGrid->CloseEditor()) return false;
   UpdateActions();
   if (!IsActionEnabled(Action(QStringLiteral("acSave")))) return true;
   const int R = ShowConfirmBox(QStringLiteral("图集已修改，是否保存？"), mbYesNoCancel);

@@ -133,6 +133,7 @@ QWidget* TVDEPropDelegate::createEditor(QWidget* AParent, const QStyleOptionView
     }
   }
   E->installEventFilter(const_cast<TVDEPropDelegate*>(this));
+  FEditor = E;
   return E;
 }
 
@@ -227,6 +228,19 @@ void TVDEPropGrid::SetPropList(TVDEPropList* AList) {
 void TVDEPropGrid::InitGrid() {
   FModel->Refresh();
   for (int R = 0; R < FModel->rowCount(); ++R) setRowHidden(R, !FModel->RowShown(R));
+}
+
+bool TVDEPropGrid::CloseEditor() {
+  QWidget* E = FDelegate->CurrentEditor();
+  if (!IsEditing() || !E) return true;
+  if (!FDelegate->Accepts(E)) return false;
+  commitData(E);
+  closeEditor(E, QAbstractItemDelegate::NoHint);
+  return true;
+}
+
+void TVDEPropGrid::HideEditor() {
+  if (QWidget* E = FDelegate->CurrentEditor(); E && IsEditing()) closeEditor(E, QAbstractItemDelegate::NoHint);
 }
 
 int TVDEPropGrid::RowOf(TVDEPropType APropType) const {

@@ -8,6 +8,7 @@
 
 #include <QAbstractTableModel>
 #include <QStyledItemDelegate>
+#include <QPointer>
 #include <QTableView>
 
 // One row: a property, or a group's title (group values -1 point, -3 lines, -2 text, -5 fill).
@@ -48,13 +49,16 @@ public:
   void paint(QPainter* APainter, const QStyleOptionViewItem& AOption, const QModelIndex& AIndex) const override;
   // The grid's own check after the property's.
   TVDEPropValValidateEvent OnPropValValidate;
+  // Shows the message and answers false when the editor's text is refused.
+  bool Accepts(QWidget* AEditor) const;
+  // The editor last opened (null once it is gone).
+  QWidget* CurrentEditor() const { return FEditor; }
 
 protected:
   bool eventFilter(QObject* AObject, QEvent* AEvent) override;
 
 private:
-  // Shows the message and answers false when the editor's text is refused.
-  bool Accepts(QWidget* AEditor) const;
+  mutable QPointer<QWidget> FEditor;
 };
 
 class TVDEPropGrid : public QTableView {
@@ -70,6 +74,11 @@ public:
   // The row of a property, -1 when it has none.
   int RowOf(TVDEPropType APropType) const;
   bool IsEditing() const { return state() == EditingState; }
+  // Ends a pending edit: its value is stored when it passes; a refused one shows its
+  // message, the editor stays open and the answer is false.
+  bool CloseEditor();
+  // Ends a pending edit without storing it.
+  void HideEditor();
 
 protected:
   void resizeEvent(QResizeEvent* AEvent) override;

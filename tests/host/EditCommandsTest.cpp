@@ -326,3 +326,27 @@ TEST_F(EditCommandsTest, BarModeDrawsChainsAsOnePolyline) {
     EXPECT_TRUE(R.Out.startsWith(S("items %1 ").arg(Items + (S(Mode) == S("bar") ? 1 : 2)))) << R.Out.toStdString();
   }
 }
+
+TEST_F(EditCommandsTest, ARefusedCellKeepsTheWindowOpenWithoutTheSavePrompt) {
+  // Row 13 is the text of new items; in the param mode it must be a number.
+  const TDseResult R = Edit(1, S(DrawLine) + S("mode param\ncell props 13 1 \"abc\"\nclose\n"
+                                               "cell props 13 1 \" 12.5 \"\nprint props\nanswer no\nclose\n"));
+  ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
+  const QStringList L = Lines(R);
+  const int Open = int(L.indexOf(S("open")));
+  ASSERT_GT(Open, 0) << R.Out.toStdString();
+  EXPECT_EQ(L[Open - 1], S("[错误] 参数值必须为整数或实数"));
+  EXPECT_FALSE(L.mid(0, Open).join(u'\n').contains(S("[确认]")));
+  EXPECT_TRUE(L.contains(S("prop ptText= 12.5 ")));
+  EXPECT_EQ(L.last(), S("result 2"));
+}
+
+TEST_F(EditCommandsTest, SaveToFileWritesTheDrawing) {
+  const QString Out = Dir.filePath(S("copy.lvd"));
+  const TDseResult R = Edit(1, S("file \"%1\"\naction acSaveToFile\nclose\n").arg(Out));
+  ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
+  const TDseResult Info = RunDse({S("lvd"), S("info"), Out});
+  ASSERT_EQ(Info.Code, 0) << Info.Err.toStdString();
+  EXPECT_TRUE(Info.Out.startsWith(S("format: xml"))) << Info.Out.toStdString();
+  EXPECT_TRUE(Info.Out.contains(S("items: %1").arg(Show(1)[S("items")].toInt())));
+}
