@@ -27,25 +27,6 @@ private:
   QWidget& FHost;
 };
 
-bool ReadScript(const QString& APath, QStringList& ALines, QString& AError) {
-  QFile F;
-  const bool Stdin = APath == QLatin1String("-");
-  if (Stdin) {
-    if (!F.open(stdin, QIODevice::ReadOnly)) {
-      AError = QStringLiteral("cannot read the script from standard input");
-      return false;
-    }
-  } else {
-    F.setFileName(APath);
-    if (!F.open(QIODevice::ReadOnly)) {
-      AError = QStringLiteral("cannot read script %1: %2").arg(APath, F.errorString());
-      return false;
-    }
-  }
-  ALines = QString::fromUtf8(F.readAll()).split(QLatin1Char('\n'));
-  return true;
-}
-
 int RunDraw(const QStringList& AArgs, TDseIO& AIO) {
   QString In, Script, Out, Format = QStringLiteral("bin"), Settings;
   bool New = false, Props = false;
@@ -84,7 +65,7 @@ int RunDraw(const QStringList& AArgs, TDseIO& AIO) {
 
   QStringList Lines;
   QString Error;
-  if (!ReadScript(Script, Lines, Error)) {
+  if (!ReadScriptLines(Script, Lines, Error)) {
     AIO.Err << "error: " << Error << '\n';
     return ecFailed;
   }

@@ -217,24 +217,6 @@ private:
   bool FClosed = false;
 };
 
-bool ReadLines(const QString& APath, QStringList& ALines, QString& AError) {
-  QFile F;
-  if (APath == QLatin1String("-")) {
-    if (!F.open(stdin, QIODevice::ReadOnly)) {
-      AError = QStringLiteral("cannot read the script from standard input");
-      return false;
-    }
-  } else {
-    F.setFileName(APath);
-    if (!F.open(QIODevice::ReadOnly)) {
-      AError = QStringLiteral("cannot read script %1: %2").arg(APath, F.errorString());
-      return false;
-    }
-  }
-  ALines = QString::fromUtf8(F.readAll()).split(QLatin1Char('\n'));
-  return true;
-}
-
 int RunEdit(const QStringList& AArgs, TDseIO& AIO) {
   QStringList Pos;
   QString Script, Settings;
@@ -272,7 +254,7 @@ int RunEdit(const QStringList& AArgs, TDseIO& AIO) {
   }
   QStringList Lines;
   QString Error;
-  if (!Script.isEmpty() && !ReadLines(Script, Lines, Error)) {
+  if (!Script.isEmpty() && !ReadScriptLines(Script, Lines, Error)) {
     AIO.Err << "error: " << Error << '\n';
     return ecFailed;
   }

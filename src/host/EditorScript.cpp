@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QJsonDocument>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -97,6 +98,24 @@ QList<TScriptWord> SplitScriptLine(const QString& ALine) {
     Words << W;
   }
   return Words;
+}
+
+bool ReadScriptLines(const QString& APath, QStringList& ALines, QString& AError) {
+  QFile F;
+  if (APath == QLatin1String("-")) {
+    if (!F.open(stdin, QIODevice::ReadOnly)) {
+      AError = QStringLiteral("cannot read the script from standard input");
+      return false;
+    }
+  } else {
+    F.setFileName(APath);
+    if (!F.open(QIODevice::ReadOnly)) {
+      AError = QStringLiteral("cannot read script %1: %2").arg(APath, F.errorString());
+      return false;
+    }
+  }
+  ALines = QString::fromUtf8(F.readAll()).split(QLatin1Char('\n'));
+  return true;
 }
 
 QString ShortestNumber(double AValue) {

@@ -25,6 +25,8 @@ struct TScriptWord {
 // Splits one line into words; quotes group blanks and '#', with \" \\ \n escapes.
 // Raises Exception on an unclosed quote.
 QList<TScriptWord> SplitScriptLine(const QString& ALine);
+// The lines of a script file ("-" reads standard input); false with a message.
+bool ReadScriptLines(const QString& APath, QStringList& ALines, QString& AError);
 // The shortest text that reads back to the same double.
 QString ShortestNumber(double AValue);
 
