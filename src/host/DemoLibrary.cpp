@@ -266,10 +266,15 @@ TDemoDrawSet StripFooting() {
   TDemoDrawSet R{S("墙下条形基础"), 3, {}, {}, {}};
   R.Params = {Param(D, "b", "1800", {0, -400}, "mm", "b>=600", "基础宽度不得小于600"),
               Param(D, "l", "6000", {1200, 500}, "mm", "l>0", "基础长度必须大于0"),
-              Param(D, "c", "40", {-1150, 50}, "mm")};
-  R.Bars = {{S("受力筋"), 64, {Main}, MainInfo, QString(), S("cd=b-2*c+2*6.25*zj\ncnt=ceil(l/jj)+1\nmainend"), QString()},
+              Param(D, "c", "40", {-1150, 50}, "mm"),
+              Param(D, "w", "400", {0, 650}, "mm", "w>0", "墙厚必须大于0"),
+              Param(D, "w2", "700", {550, 380}, "mm")};
+  // The wall width w and the step width w2 (names a rename of w must tell apart).
+  R.Bars = {{S("受力筋"), 64, {Main}, MainInfo, QString(),
+             S("cd=b-2*c+2*6.25*zj\nif cd<w+2*w2-2*c\ncd=w+2*w2-2*c\nendif\ncnt=ceil(l/jj)+1\nmainend"), QString()},
             {S("分布筋"), 1, QVector<int>(Dist.begin(), Dist.end()), -1, S("A8@250"),
-             S("cd=l-2*c\ncnt=ceil((b-2*c)/jj)+1\nmainend"), S("沿基础长向")}};
+             S("single s\ns=w2-c\ncd=l-2*c\ncnt=ceil((b-2*c)/jj)+1\nif W>s\ncnt=cnt+1\nendif\nmainend"),
+             S("沿基础长向")}};
   R.Drawing = D.Xml();
   return R;
 }

@@ -1,6 +1,8 @@
 #include "EditDrawSetFrm.h"
 
 #include "ChooseBZTJ.h"
+#include "DSSpecCmdState.h"
+#include "DrawSetEditor.h"
 #include "Dialogs.h"
 #include "DrawSetConsts.h"
 #include "MZTDataSvr.h"
@@ -49,7 +51,12 @@ TEditDrawSetForm::TEditDrawSetForm(QWidget* AOwner, int, IMZTBarInfoDataSvr* ASy
   resize(792, 536);
 
   RegisterEditorCommands();
-  FEditorWidget = new TVDEditorWidget(this, ASettingsFile);
+  RegisterDrawSetCommands();
+  auto DSEditor = std::make_unique<TDrawSetEditor>(ASettingsFile);
+  FDSEditor = DSEditor.get();
+  FDSEditor->SetSession(FSession.get());
+  FDSEditor->OnBarsChanged = [this] { UpdateActions(); };
+  FEditorWidget = new TVDEditorWidget(this, std::move(DSEditor));
   FEditorWidget->setObjectName(QStringLiteral("FEditor"));
   FEditorWidget->installEventFilter(this);
   setCentralWidget(FEditorWidget);
@@ -117,6 +124,8 @@ TEditDrawSetForm::~TEditDrawSetForm() {
   E.OnSelSetChanged = nullptr;
   E.OnShowMousePos = nullptr;
   E.OnModifyItemPropValChanged = nullptr;
+  FDSEditor->SetSession(nullptr);
+  FDSEditor->OnBarsChanged = nullptr;
   FPropGrid->SetPropList(nullptr);
   for (auto& L : FAddItemProps) L.reset();
 }
@@ -177,6 +186,7 @@ void TEditDrawSetForm::SetCurDSType(TDSType AValue) {
   FAddItemProps[FCurDSType]->CopyProps(E.GetAddItemProp());
   E.Execute(cmdSelect, 0);
   FCurDSType = AValue;
+  FDSEditor->SetCurDSType(AValue);
   FModeButtons[AValue]->setChecked(true);
   E.GetAddItemProp().CopyProps(*FAddItemProps[AValue]);
   FPropGrid->InitGrid();

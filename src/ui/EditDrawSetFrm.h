@@ -25,6 +25,7 @@ class QDockWidget;
 class QLabel;
 class QMenu;
 class QToolBar;
+class TDrawSetEditor;
 class TVDEditorWidget;
 class TVDEPropGrid;
 class TVectorDrawingEditor;
@@ -48,6 +49,7 @@ public:
   void Abort();
 
   TVectorDrawingEditor& Editor();
+  TDrawSetEditor& DSEditor() { return *FDSEditor; }
   TVDEditorWidget& EditorWidget() { return *FEditorWidget; }
   TVDEPropGrid& PropGrid() { return *FPropGrid; }
   TDrawSetSession& Session() { return *FSession; }
@@ -113,6 +115,7 @@ private:
   IDrawingsDataSvr* FDrawingsDataSvr;
   std::unique_ptr<TDrawSetSession> FSession;
   TVDEditorWidget* FEditorWidget = nullptr;
+  TDrawSetEditor* FDSEditor = nullptr;  // the editor of FEditorWidget
   TVDEPropGrid* FPropGrid = nullptr;
   QDockWidget* FPropDock = nullptr;
   std::array<std::unique_ptr<TVDEPropList>, 3> FAddItemProps;

@@ -39,7 +39,10 @@ QCursor DrawnCursor(bool ABox, bool APick) {
 }  // namespace
 
 TVDEditorWidget::TVDEditorWidget(QWidget* AParent, const QString& ASettingsFile)
-    : QWidget(AParent), FEditor(std::make_unique<TVectorDrawingEditor>(ASettingsFile)) {
+    : TVDEditorWidget(AParent, std::make_unique<TVectorDrawingEditor>(ASettingsFile)) {}
+
+TVDEditorWidget::TVDEditorWidget(QWidget* AParent, std::unique_ptr<TVectorDrawingEditor> AEditor)
+    : QWidget(AParent), FEditor(std::move(AEditor)) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   setFocusPolicy(Qt::StrongFocus);
   setMouseTracking(true);

@@ -15,6 +15,8 @@ class TVDEditorWidget : public QWidget {
   Q_OBJECT
 public:
   explicit TVDEditorWidget(QWidget* AParent = nullptr, const QString& ASettingsFile = QString());
+  // Over an editor of a derived kind.
+  TVDEditorWidget(QWidget* AParent, std::unique_ptr<TVectorDrawingEditor> AEditor);
   ~TVDEditorWidget() override;
   TVectorDrawingEditor& Editor() { return *FEditor; }
 

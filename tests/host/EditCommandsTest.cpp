@@ -154,14 +154,16 @@ TEST_F(EditCommandsTest, ActionsFollowTheModeAndTheCurves) {
   const TCase Cases[] = {
       {"normal mode", "mode normal\n",
        {{S("acDrawLine"), true}, {S("acDrawText"), true}, {S("acDrawHatch"), true}, {S("acDrawDimension"), true},
-        {S("acLinesToBar"), false}, {S("acFindParam"), false}, {S("acSetBarInfo"), false}, {S("acTrim"), true},
+        {S("acLinesToBar"), true}, {S("acFindParam"), false}, {S("acSetBarInfo"), false}, {S("acTrim"), true},
         {S("acBreak"), true}, {S("acDuplicate"), true}, {S("acCut"), false}, {S("acUndo"), false}}},
       {"bar mode", "mode bar\n",
        {{S("acDrawLine"), true}, {S("acDrawText"), false}, {S("acDrawHatch"), false}, {S("acDrawDimension"), false},
-        {S("acFindParam"), false}, {S("acTrim"), false}, {S("acBreak"), false}, {S("acDuplicate"), true}}},
+        {S("acFindParam"), false}, {S("acTrim"), false}, {S("acBreak"), false}, {S("acDuplicate"), true},
+        {S("acSetBarInfo"), true}, {S("acMergeBars"), true}, {S("acLinesToBar"), false}}},
       {"param mode", "mode param\n",
        {{S("acDrawLine"), false}, {S("acDrawCircle"), false}, {S("acDrawText"), true}, {S("acDrawHatch"), false},
-        {S("acFindParam"), true}, {S("acTrim"), false}, {S("acDuplicate"), false}, {S("acMove"), true},
+        {S("acFindParam"), true}, {S("acEditParam"), true}, {S("acTrim"), false}, {S("acDuplicate"), false},
+        {S("acMove"), true},
         {S("acDrawArc"), false}}},
   };
   for (const TCase& C : Cases) {
