@@ -60,6 +60,8 @@ protected:
 class TDSEModifyState : public TVDEModifyState {
 public:
   using TVDEModifyState::TVDEModifyState;
+  // A selection is confirmed by the right button (or was there when the command came).
+  bool ExecuteOnSelection() override { return Drawing().SelSet().Count() > 0; }
 
 protected:
   IDrawSetEditor* DSEditor();

@@ -1,5 +1,7 @@
 #include "DemoLibrary.h"
 
+#include <cmath>
+
 #include "DrawSet.h"
 #include "DrawSetConsts.h"
 #include "DrawSetLibrary.h"
@@ -59,9 +61,14 @@ public:
     return Put(P);
   }
 
+  // A filled 16-gon: hatch boundaries keep only straight vertices in the XML form.
   int Dot(TKRNVector2d AAt, double ARadius = 14) {
-    const TKRNPolygon2d Circle(TKRNCircle2d(AAt, ARadius));
-    return Put(new TVectorHatch(&FD, FD.GenID(), kYellow, bsSolid, Circle));
+    TKRNLines2d Ring;
+    for (int I = 0; I <= 16; ++I) {
+      const double A = I * 2 * KRNPi / 16;
+      Ring.List().Add(new TKRNLineVertex2d({AAt.X + ARadius * std::cos(A), AAt.Y + ARadius * std::sin(A)}));
+    }
+    return Put(new TVectorHatch(&FD, FD.GenID(), kYellow, bsSolid, TKRNPolygon2d(Ring)));
   }
 
   int Text(const QString& AText, TKRNVector2d AAt, int AHeight, TColor AColor = kWhite,
