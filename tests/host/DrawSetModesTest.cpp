@@ -164,3 +164,22 @@ TEST_F(DrawSetModesTest, JumpOrderSwapsValues) {
   EXPECT_EQ(Find(P, "code", S("b"))[S("orderNum")].toInt(), -1);  // -1 swaps nothing
   EXPECT_EQ(Find(Bars(4), "barId", 0)[S("orderNum")].toInt(), 0);
 }
+
+TEST_F(DrawSetModesTest, UndoTakesTheBarAndRedoMakesItAgain) {
+  const int Before = Bars(1).size();
+  const TDseResult R = Edit(1, S("size 800 600\nview 0 0 1\nset snap off\nmode bar\naction acDrawLine\nclick 0,0\n"
+                                 "click 100,0\nrclick\nkey esc\nprint bars\nprint undo\nkey z ctrl\nprint bars\n"
+                                 "print undo\nkey z shift ctrl\nprint bars\nprint undo\naction acSave\nclose\n"));
+  ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
+  // The bar lines of each print, split at the "undo" lines behind them.
+  QList<int> Counts{0};
+  for (const QString& Line : Lines(R)) {
+    if (Line.startsWith(S("bar "))) ++Counts.last();
+    if (Line.startsWith(S("undo "))) Counts << 0;
+  }
+  ASSERT_GE(Counts.size(), 3);
+  EXPECT_EQ(Counts[0], Before + 1);
+  EXPECT_EQ(Counts[1], Before);
+  EXPECT_EQ(Counts[2], Before + 1);
+  EXPECT_EQ(Bars(1).last().toObject()[S("barNum")].toString(), S("新钢筋"));
+}
