@@ -147,6 +147,10 @@ TEST_F(TDrawSetEditorTest, OperationsOfTheCommands) {
   Editor->MergeBars();
   ASSERT_EQ(DS().Bars().Count(), 1);
   EXPECT_EQ(DS().Bars().GetItems(0)->BarVDID(), S("3,1"));
+  // Items of the target bar itself are passed over.
+  Editor->MergeBars();
+  ASSERT_EQ(DS().Bars().Count(), 1);
+  EXPECT_EQ(DS().Bars().GetItems(0)->BarVDID(), S("3,1"));
 }
 
 TEST_F(TDrawSetEditorTest, JumpOrderSwaps) {
@@ -155,9 +159,10 @@ TEST_F(TDrawSetEditorTest, JumpOrderSwaps) {
   Editor->SetOrderNum(5, 4);  // the bar takes 4; the param gets the bar's old 0
   EXPECT_EQ(DS().Bars().GetItems(0)->OrderNum(), 4);
   EXPECT_EQ(DS().Params().GetItems(0)->OrderNum(), 0);
-  Editor->SetOrderNum(5, -1);  // -1 swaps nothing
+  DS().Params().GetItems(0)->SetOrderNum(-1);
+  Editor->SetOrderNum(5, -1);  // -1 swaps nothing, though the param holds -1 too
   EXPECT_EQ(DS().Bars().GetItems(0)->OrderNum(), -1);
-  EXPECT_EQ(DS().Params().GetItems(0)->OrderNum(), 0);
+  EXPECT_EQ(DS().Params().GetItems(0)->OrderNum(), -1);
   EXPECT_EQ(Editor->GetOrderNum(5), -1);
   EXPECT_EQ(Editor->GetOrderNum(3), -1);
   Editor->SetOrderNum(3, 7);  // neither: nothing
