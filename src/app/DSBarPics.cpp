@@ -181,3 +181,22 @@ QByteArray TBarPicCatalog::DrawingOf(int ABarPicID) const {
 QString TBarPicCatalog::LabelText(const TBarPicPageItem& AItem) {
   return ShapeCodeRegion() ? QStringLiteral("图号 %1").arg(AItem.ShapeCode) : QStringLiteral("第%1号钢筋").arg(AItem.BarPicID);
 }
+
+TCommonBarPicStore& CommonBarPicStore() {
+  static TCommonBarPicList Memory;
+  static TCommonBarPicStore Store{[] { return Memory; }, [](const TCommonBarPicList& A) { Memory = A; }};
+  return Store;
+}
+
+TCommonBarPicList AddToCommon(TCommonBarPicList AList, int APic) {
+  for (const auto& P : AList)
+    if (P.first == APic) return AList;
+  AList.push_back({APic, AList.isEmpty() ? 100 : AList.last().second + 1});
+  return AList;
+}
+
+TCommonBarPicList RemoveFromCommon(TCommonBarPicList AList, int APic) {
+  AList.erase(std::remove_if(AList.begin(), AList.end(), [APic](const QPair<int, int>& P) { return P.first == APic; }),
+              AList.end());
+  return AList;
+}

@@ -9,6 +9,7 @@
 #include <QString>
 #include <QVector>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -102,3 +103,14 @@ private:
   static QVector<QPair<int, QString>> Entries(const TDataPacket& ADict);
   TDataPacket FBends, FHooks, FClasses, FPics, FCustomPics, FCustomTypes;
 };
+
+// The user's common picture list lives with the host (a library, a user file); without
+// one it is kept in memory for the process.
+struct TCommonBarPicStore {
+  std::function<TCommonBarPicList()> Load;
+  std::function<void(const TCommonBarPicList&)> Save;
+};
+TCommonBarPicStore& CommonBarPicStore();
+// The list with APic appended at the last order + 1 (100 for the first), or without it.
+TCommonBarPicList AddToCommon(TCommonBarPicList AList, int APic);
+TCommonBarPicList RemoveFromCommon(TCommonBarPicList AList, int APic);

@@ -9,6 +9,7 @@ void RegisterAllCommands(TDseCommandLine& ACommands) {
   RegisterLibraryCommands(ACommands);
   RegisterDrawCommands(ACommands);
   RegisterEditCommands(ACommands);
+  RegisterPicsCommands(ACommands);
 }
 
 int UsageError(TDseIO& AIO, const QString& ACommand, const QString& AMessage) {

@@ -11,6 +11,7 @@ void RegisterLvdCommands(TDseCommandLine& ACommands);
 void RegisterLibraryCommands(TDseCommandLine& ACommands);
 void RegisterDrawCommands(TDseCommandLine& ACommands);
 void RegisterEditCommands(TDseCommandLine& ACommands);
+void RegisterPicsCommands(TDseCommandLine& ACommands);
 
 // Fills the program's table once.
 void RegisterAllCommands(TDseCommandLine& ACommands);

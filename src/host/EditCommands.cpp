@@ -1,6 +1,7 @@
 // dse edit: the draw-set editor window on a draw set of a library, as a host program
 // opens it; with -s the editor script plays inside the window's own event loop.
 
+#include "DSBarPics.h"
 #include "DSEditor.h"
 #include "Dialogs.h"
 #include "DrawSetConsts.h"
@@ -143,8 +144,12 @@ protected:
     } else if (Cmd == QLatin1String("close")) {
       Need(1, 1, "close");
       Close();
-    } else if (Cmd == QLatin1String("script") || Cmd == QLatin1String("caret") || Cmd == QLatin1String("debug") ||
-               (Cmd == QLatin1String("choose") && W.value(1) == QLatin1String("pic"))) {
+    } else if (Cmd == QLatin1String("choose") && W.size() == 3 && W[1] == QLatin1String("pic") && !AWords[1].Quoted) {
+      bool Ok = false;
+      W[2].toInt(&Ok);
+      if (!Ok) Fail(QStringLiteral("choose pic takes a picture number"));
+      Recorder().QueueChoose(QStringLiteral("pic ") + W[2]);
+    } else if (Cmd == QLatin1String("script") || Cmd == QLatin1String("caret") || Cmd == QLatin1String("debug")) {
       Fail(QStringLiteral("'%1' needs a part that is not in this window yet").arg(Cmd));
     } else {
       return false;
@@ -309,7 +314,12 @@ int RunEdit(const QStringList& AArgs, TDseIO& AIO) {
       if (Scripted) SetDialogs(Prev);
     }
   } Unhook{PrevDialogs, !Script.isEmpty()};
+  // The picture chooser's common list is the library's.
+  const TCommonBarPicStore SavedStore = CommonBarPicStore();
+  CommonBarPicStore() = {[Lib] { return Lib->CommonBarPics(); },
+                         [Lib](const TCommonBarPicList& AList) { Lib->SetCommonBarPics(AList); }};
   const int Result = RunDSEditor(nullptr, ID, Lib.get(), Lib.get(), Dicts.get(), Region);
+  CommonBarPicStore() = SavedStore;
   AIO.Out.flush();
   if (!Ok) {
     AIO.Err << "error: " << Error << '\n';

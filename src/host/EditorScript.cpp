@@ -416,8 +416,12 @@ void TEditorScriptPlayer::RunStatement(const QList<TScriptWord>& AWords) {
     if (Cmd == QLatin1String("input")) Cancel ? FDialogs->QueueInputCancel() : FDialogs->QueueInput(W[1]);
     else Cancel ? FDialogs->QueueFileCancel() : FDialogs->QueueFile(W[1]);
   } else if (Cmd == QLatin1String("choose")) {
-    Need(2, 2, "choose \"TEXT\"");
-    FDialogs->QueueChoose(W[1]);
+    if (W.size() == 3 && W[1] == QLatin1String("pic") && !AWords[1].Quoted) {
+      if (!RunExtra(AWords)) Fail(QStringLiteral("choose pic needs the editor window (dse edit)"));
+    } else {
+      Need(2, 2, "choose \"TEXT\"");
+      FDialogs->QueueChoose(W[1]);
+    }
   } else if (Cmd == QLatin1String("form")) {
     Need(3, 3, "form \"LABEL\" \"TEXT\"");
     FDialogs->QueueForm(W[1], W[2]);

@@ -50,23 +50,6 @@ std::vector<TDrawSetTreeNode> BuildDrawSetTree(const TDataPacket& ATypes, const 
   return Nodes;
 }
 
-TVectorDrawingViewer::TVectorDrawingViewer(QWidget* AParent)
-    : QWidget(AParent), FDrawing(std::make_unique<TVectorDrawing>()) {
-  setMinimumSize(200, 150);
-}
-
-TVectorDrawingViewer::~TVectorDrawingViewer() = default;
-
-void TVectorDrawingViewer::paintEvent(QPaintEvent*) {
-  QImage Img(std::max(1, width()), std::max(1, height()), QImage::Format_RGB32);
-  Img.fill(Qt::black);
-  {
-    QPainter P(&Img);
-    if (FDrawing->Count() > 0) FDrawing->Draw(P, TKRNRect{0, 0, Img.width(), Img.height()}, 10, 10);
-  }
-  QPainter(this).drawImage(0, 0, Img);
-}
-
 namespace {
 
 // The chooser's state: its data and which node is the choice.

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QWidget>
 
+#include "VectorIconViewer.h"
+
 #include <memory>
 #include <vector>
 
@@ -25,20 +27,6 @@ struct TDrawSetTreeNode {
 // type under "其他类型" (made on first need); a draw set of type -1 under the parent
 // of the draw set before it (a root for the first one).
 std::vector<TDrawSetTreeNode> BuildDrawSetTree(const TDataPacket& ATypes, const TDataPacket& ADrawSets);
-
-// Paints a drawing fitted into the widget, for previews.
-class TVectorDrawingViewer : public QWidget {
-public:
-  explicit TVectorDrawingViewer(QWidget* AParent = nullptr);
-  ~TVectorDrawingViewer() override;
-  TVectorDrawing& Drawing() { return *FDrawing; }
-
-protected:
-  void paintEvent(class QPaintEvent* AEvent) override;
-
-private:
-  std::unique_ptr<TVectorDrawing> FDrawing;
-};
 
 class TChooseBZTJForm {
 public:

@@ -9,51 +9,6 @@ namespace {
 
 QString S(const char* AText) { return QString::fromUtf8(AText); }
 
-// A picture server: pictures as (number, bend, hook, type, common order, shape code),
-// each with a drawing that has a text 5, and one param on item 5; counts its calls.
-class TPicServer : public TMemoryDataSvr {
-public:
-  TPicServer() {
-    for (const char* F : {"BarPicID"}) Pics.AddField(QLatin1String(F), TFieldType::ftInteger);
-    Pics.AddField(QStringLiteral("VectorDrawing"), TFieldType::ftBlob);
-    Pics.AddField(QStringLiteral("BarPicName"), TFieldType::ftString);
-    for (const char* F : {"BarPicTypeID", "BendTypeID", "HookTypeID", "CommonOrder"})
-      Pics.AddField(QLatin1String(F), TFieldType::ftInteger);
-    Pics.AddField(QStringLiteral("BS2000ShapeCode"), TFieldType::ftString);
-    const struct {
-      int ID, Bend, Hook, Type, Order;
-      const char* Code;
-    } Rows[] = {{1, 0, 0, 0, 1, "00"},   {64, 0, 2, 0, 0, "21"},  {133, 3, 2, 0, 0, "51"}, {536, 1, 0, 0, 0, "11"},
-                {601, 0, 0, 0, 0, "20"}, {602, 0, 0, 0, 0, "99"}, {356, 2, 2, 0, 0, "99"}, {948, 3, 2, 0, 0, "99"},
-                {10002, 1, 0, 1, 0, "99"}, {10001, 3, 2, 1, 0, "99"}, {10003, 0, 0, 2, 0, "99"}};
-    for (const auto& R : Rows)
-      Pics.AddRow({R.ID, Drawing(R.ID == 601 ? 2 : 1), S("图"), R.Type, R.Bend, R.Hook, R.Order, S(R.Code)});
-    for (const char* F : {"BarPicParamID"}) PicParams.AddField(QLatin1String(F), TFieldType::ftInteger);
-    for (const char* F : {"ParamCode", "Unit", "ValidateExpr", "InvalidMsg"}) PicParams.AddField(QLatin1String(F), TFieldType::ftString);
-    for (const char* F : {"ParamVDID", "DataType"}) PicParams.AddField(QLatin1String(F), TFieldType::ftInteger);
-    PicParams.AddField(QStringLiteral("IsSCPJParam"), TFieldType::ftBoolean);
-    PicParams.AddRow({7, S("L1"), S("mm"), S("L1>0"), S("bad"), 5, 1, true});
-    PicParams.AddRow({8, S("L2"), S("mm"), S(""), S(""), 77, 1, false});
-    Bends.AddField(QStringLiteral("BendTypeID"), TFieldType::ftInteger);
-    Bends.AddField(QStringLiteral("BendTypeName"), TFieldType::ftString);
-    Bends.AddRow({0, S("直筋")});
-    Bends.AddRow({3, S("箍筋")});
-    Hooks = Bends;
-    Classes = Bends;
-    CustomTypes.AddField(QStringLiteral("BarPicTypeID"), TFieldType::ftInteger);
-    CustomTypes.AddField(QStringLiteral("BarPicTypeName"), TFieldType::ftString);
-    CustomTypes.AddRow({1, S("异形")});
-  }
-  TServerStatus GetBarPics(TDataPacket& A) override { ++PicCalls; A = Pics; return Status; }
-  TServerStatus GetBarPicParams(int, TDataPacket& A) override { ++ParamCalls; A = PicParams; return Status; }
-  TServerStatus GetBendTypes(TDataPacket& A) override { A = Bends; return Status; }
-  TServerStatus GetHookTypes(TDataPacket& A) override { A = Hooks; return Status; }
-  TServerStatus GetBarClasses(TDataPacket& A) override { A = Classes; return Status; }
-  TServerStatus GetCustomBarPicTypes(TDataPacket& A) override { A = CustomTypes; return Status; }
-  TDataPacket Pics, PicParams, Bends, Hooks, Classes, CustomTypes;
-  int PicCalls = 0, ParamCalls = 0;
-};
-
 QList<int> Ids(const QVector<TBarPicPageItem>& AItems) {
   QList<int> R;
   for (const TBarPicPageItem& I : AItems) R << I.BarPicID;
@@ -63,7 +18,7 @@ QList<int> Ids(const QVector<TBarPicPageItem>& AItems) {
 }  // namespace
 
 TEST(TDSBarPics, FetchesEachPictureOnce) {
-  TPicServer Server;
+  TMemoryPicServer Server;
   TDSBarPics Pics(Server);
   EXPECT_EQ(Server.PicCalls, 1);
   TDSBarPic* P = Pics.GetItemByID(601);
@@ -85,7 +40,7 @@ TEST(TDSBarPics, FetchesEachPictureOnce) {
 
 TEST(TBarPicCatalog, PagesListWhatTheyShould) {
   SetRegionSettings(1);
-  TPicServer Server;
+  TMemoryPicServer Server;
   const auto C = TBarPicCatalog::Fetch(Server);
   EXPECT_EQ(Server.PicCalls, 2);  // system and custom
   const TCommonBarPicList Common = {{133, 100}, {64, 50}};
@@ -98,7 +53,7 @@ TEST(TBarPicCatalog, PagesListWhatTheyShould) {
   EXPECT_EQ(Ids(C->Page(bppHK, Common)), (QList<int>{356, 948}));
   EXPECT_EQ(Ids(C->Page(bppCustom, Common, -1, -1, 1)), (QList<int>{10001, 10002}));
   EXPECT_EQ(C->BendEntries().at(1).second, S("3.箍筋"));
-  EXPECT_EQ(C->CustomTypes().size(), 1);
+  EXPECT_EQ(C->CustomTypes().size(), 2);
   EXPECT_EQ(TBarPicCatalog::LabelText({601, S("20"), 0}), S("第601号钢筋"));
 
   // Regions with shape codes: nothing goes to the common page alone, "99" stays out.
@@ -109,7 +64,7 @@ TEST(TBarPicCatalog, PagesListWhatTheyShould) {
 }
 
 TEST(TBarPicCatalog, SystemDrawingBeforeCustomAndEmptyDatasetsRefused) {
-  TPicServer Server;
+  TMemoryPicServer Server;
   TDataPacket Custom = Server.Pics;
   Custom.Rows[4].Values[1] = TMemoryDataSvr::Drawing(5);  // 601 in the custom dataset too
   Custom.AddRow({20000, TMemoryDataSvr::Drawing(4), S("图"), 2, 0, 0, 0, S("99")});

@@ -104,3 +104,49 @@ private:
     return R;
   }
 };
+
+// A picture server: pictures as (number, bend, hook, type, common order, shape code),
+// each with a drawing that has a text 5, and one param on item 5; counts its calls.
+class TMemoryPicServer : public TMemoryDataSvr {
+public:
+  TMemoryPicServer() {
+    for (const char* F : {"BarPicID"}) Pics.AddField(QLatin1String(F), TFieldType::ftInteger);
+    Pics.AddField(QStringLiteral("VectorDrawing"), TFieldType::ftBlob);
+    Pics.AddField(QStringLiteral("BarPicName"), TFieldType::ftString);
+    for (const char* F : {"BarPicTypeID", "BendTypeID", "HookTypeID", "CommonOrder"})
+      Pics.AddField(QLatin1String(F), TFieldType::ftInteger);
+    Pics.AddField(QStringLiteral("BS2000ShapeCode"), TFieldType::ftString);
+    const struct {
+      int ID, Bend, Hook, Type, Order;
+      const char* Code;
+    } Rows[] = {{1, 0, 0, 0, 1, "00"},   {64, 0, 2, 0, 0, "21"},  {133, 3, 2, 0, 0, "51"}, {536, 1, 0, 0, 0, "11"},
+                {601, 0, 0, 0, 0, "20"}, {602, 0, 0, 0, 0, "99"}, {356, 2, 2, 0, 0, "99"}, {948, 3, 2, 0, 0, "99"},
+                {10002, 1, 0, 1, 0, "99"}, {10001, 3, 2, 1, 0, "99"}, {10003, 0, 0, 2, 0, "99"}};
+    for (const auto& R : Rows)
+      Pics.AddRow({R.ID, Drawing(R.ID == 601 ? 2 : 1), QString::fromUtf8("图"), R.Type, R.Bend, R.Hook, R.Order, QString::fromUtf8(R.Code)});
+    for (const char* F : {"BarPicParamID"}) PicParams.AddField(QLatin1String(F), TFieldType::ftInteger);
+    for (const char* F : {"ParamCode", "Unit", "ValidateExpr", "InvalidMsg"}) PicParams.AddField(QLatin1String(F), TFieldType::ftString);
+    for (const char* F : {"ParamVDID", "DataType"}) PicParams.AddField(QLatin1String(F), TFieldType::ftInteger);
+    PicParams.AddField(QStringLiteral("IsSCPJParam"), TFieldType::ftBoolean);
+    PicParams.AddRow({7, QString::fromUtf8("L1"), QString::fromUtf8("mm"), QString::fromUtf8("L1>0"), QString::fromUtf8("bad"), 5, 1, true});
+    PicParams.AddRow({8, QString::fromUtf8("L2"), QString::fromUtf8("mm"), QString::fromUtf8(""), QString::fromUtf8(""), 77, 1, false});
+    Bends.AddField(QStringLiteral("BendTypeID"), TFieldType::ftInteger);
+    Bends.AddField(QStringLiteral("BendTypeName"), TFieldType::ftString);
+    Bends.AddRow({0, QString::fromUtf8("直筋")});
+    Bends.AddRow({3, QString::fromUtf8("箍筋")});
+    Hooks = Bends;
+    Classes = Bends;
+    CustomTypes.AddField(QStringLiteral("BarPicTypeID"), TFieldType::ftInteger);
+    CustomTypes.AddField(QStringLiteral("BarPicTypeName"), TFieldType::ftString);
+    CustomTypes.AddRow({1, QString::fromUtf8("异形")});
+    CustomTypes.AddRow({2, QString::fromUtf8("弧形")});
+  }
+  TServerStatus GetBarPics(TDataPacket& A) override { ++PicCalls; A = Pics; return Status; }
+  TServerStatus GetBarPicParams(int, TDataPacket& A) override { ++ParamCalls; A = PicParams; return Status; }
+  TServerStatus GetBendTypes(TDataPacket& A) override { A = Bends; return Status; }
+  TServerStatus GetHookTypes(TDataPacket& A) override { A = Hooks; return Status; }
+  TServerStatus GetBarClasses(TDataPacket& A) override { A = Classes; return Status; }
+  TServerStatus GetCustomBarPicTypes(TDataPacket& A) override { A = CustomTypes; return Status; }
+  TDataPacket Pics, PicParams, Bends, Hooks, Classes, CustomTypes;
+  int PicCalls = 0, ParamCalls = 0;
+};

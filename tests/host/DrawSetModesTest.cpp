@@ -183,3 +183,26 @@ TEST_F(DrawSetModesTest, UndoTakesTheBarAndRedoMakesItAgain) {
   EXPECT_EQ(Counts[2], Before + 1);
   EXPECT_EQ(Bars(1).last().toObject()[S("barNum")].toString(), S("新钢筋"));
 }
+
+TEST_F(DrawSetModesTest, PicturePagesOfTheDemoLibrary) {
+  TDseResult R = RunDse({S("pics"), Lib});
+  ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
+  const QStringList L = Lines(R);
+  // Common: by order (CommonOrder 1, 2 of 601 and 536; the user's 1 and 133 at 100, 101).
+  EXPECT_EQ(L.value(0), S("常用图库: 601 536 1 133"));
+  EXPECT_TRUE(L.value(1).startsWith(S("BS图库: 1 64 ")));  // by shape code
+  EXPECT_EQ(L.value(1).split(u' ').size(), 1 + 16);
+  EXPECT_TRUE(L.contains(S("香港房屋署图号库: 356 948")));
+  EXPECT_TRUE(L.contains(S("自定义图库 异形箍筋: 10001 10002")));
+  EXPECT_TRUE(L.contains(S("系统图库 3.箍筋 2.两端弯钩: 132 903 948")));  // 133 is in the user's list
+  // The shape-code regions keep the common pictures on the system page too and drop "99".
+  R = RunDse({S("pics"), Lib, S("--region"), S("3")});
+  EXPECT_TRUE(R.Out.contains(S("系统图库 3.箍筋 2.两端弯钩: 132 903\n"))) << R.Out.toStdString();
+
+  const QString Shot = Dir.filePath(S("pics.png"));
+  R = RunDse({S("pics"), Lib, S("--shot"), Shot, S("--page"), S("1")});
+  ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
+  EXPECT_GT(QFile(Shot).size(), 1000);
+  EXPECT_EQ(RunDse({S("pics"), Lib, S("--page"), S("7")}).Code, 2);
+  EXPECT_EQ(RunDse({S("pics"), Dir.filePath(S("none.db"))}).Code, 1);
+}
