@@ -112,18 +112,21 @@ TEST_F(DrawSetModesTest, BarNotationText) {
   // A new bar on a line at y = 1000; bar 0 has its notation already.
   const TDseResult R = Edit(
       4, S(View4) + S("mode bar\naction acDrawLine\nclick -900,1000\nclick -600,1000\nrclick\nkey esc\n"
-                      "action acSetBarInfo\nprint prompt\nclick -750,1000\n"  // no text yet
+                      "action acSetBarInfo\nprint prompt\nmove -750,1000\nprint cursor\nmove -750,700\n"
+                      "print cursor\nclick -750,1000\n"  // no text yet
                       "prop ptText \"abc\"\nclick -750,1000\n"                  // not a notation
                       "prop ptText \"C12@150\"\nclick 400,50\n"                 // bar 0 has one
                       "prop ptText \" A8@200 \"\nclick -750,1000\nclick -750,1000\nkey esc\naction acSave\nclose\n"));
   ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
   const QStringList L = Lines(R);
-  ASSERT_GE(L.size(), 5);
+  ASSERT_GE(L.size(), 7);
   EXPECT_EQ(L[0], S("prompt 按鼠标左键选择一条钢筋，按右键或ESC取消"));
-  EXPECT_EQ(L[1], S("[提示] 请先在图元属性列表中输入文本内容"));
-  EXPECT_EQ(L[2], S("[错误] 钢筋输入格式错误"));
-  EXPECT_EQ(L[3], S("[提示] 该钢筋已经设置了钢筋信息"));
-  EXPECT_EQ(L[4], S("[提示] 该钢筋已经设置了钢筋信息"));  // the second click: it has one now
+  EXPECT_EQ(L[1], S("cursor 7"));  // over the bar's line
+  EXPECT_EQ(L[2], S("cursor 6"));
+  EXPECT_EQ(L[3], S("[提示] 请先在图元属性列表中输入文本内容"));
+  EXPECT_EQ(L[4], S("[错误] 钢筋输入格式错误"));
+  EXPECT_EQ(L[5], S("[提示] 该钢筋已经设置了钢筋信息"));
+  EXPECT_EQ(L[6], S("[提示] 该钢筋已经设置了钢筋信息"));  // the second click: it has one now
   const QJsonObject New = Bars(4).last().toObject();
   EXPECT_EQ(New[S("barInfo")].toString(), S(" A8@200 "));
   EXPECT_GT(New[S("infoItem")].toInt(), 35);
