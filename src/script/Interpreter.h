@@ -51,12 +51,17 @@ public:
   // By name in any procedure: int, then single, then string; empty if none.
   QString GetVarValue(const QString& AVarName) const;
 
-  // Statements executed (blocks and their insides each count); 0 means no limit.
+  // Statements and loop passes executed in this run (every statement, every pass of a
+  // loop, empty ones too); 0 means no limit. A run starts at Execute or at a step from
+  // line 0, and calls nest at most MaxCallDepth deep.
   void SetStepLimit(qint64 ALimit) { FStepLimit = ALimit; }
   qint64 StepCount() const { return FStepCount; }
+  static constexpr int MaxCallDepth = 256;
 
 private:
   int Exec(const QString& ALine, const QString& AProcName, int& ALineNo);
+  // One unit of the run's budget; raises EScriptStepLimit past the limit.
+  void CountStep();
   int Declare(std::vector<TVariable>& AArray, int& ANum, const QString& ARest, const QString& AProcName);
   int Assign(const QString& AName, const QString& AExpr, const QString& AProcName);
   int ExecIf(const QString& ALine, const QString& ARest, const QString& AProcName, int& ALineNo);
@@ -81,4 +86,5 @@ private:
   TExpr FExpr;
   QStringList FProgramme;
   qint64 FStepLimit = 0, FStepCount = 0;
+  int FCallDepth = 0;
 };

@@ -106,7 +106,24 @@ TEST(DseScript, RunsStepsAndQueries) {
   const QString Endless = WriteScript(Dir.path(), "exitfrom\n");
   R = Dse({"script", Endless, "--max-steps", "50"});
   EXPECT_EQ(R.Code, 4);
-  EXPECT_EQ(R.Err, QStringLiteral("error: step limit of 50 statements reached\n"));
+  EXPECT_EQ(R.Err, QStringLiteral("error: the script ran 50 statements and loop passes without ending; it was "
+                                   "stopped (an endless loop?)\n"));
+
+  // Endless loops of every shape end with the default limit.
+  const struct {
+    const char* Name;
+    const char* Text;
+  } Loops[] = {{"empty do", "int i\ni=0\ndo i<10\nloop\nmainend\n"},
+               {"huge from", "int i\nfrom 1 to 2000000000\ni=i\nendfrom\nmainend\n"},
+               {"empty huge from", "from 1 to 2000000000\nendfrom\nmainend\n"},
+               {"self call", "call a\nmainend\nsub a\ncall a\nendsub\n"},
+               {"nested", "int i\ni=0\ndo i<1\nfrom 1 to 1000\nendfrom\nloop\nmainend\n"}};
+  for (const auto& L : Loops) {
+    SCOPED_TRACE(L.Name);
+    R = Dse({"script", WriteScript(Dir.path(), L.Text)});
+    EXPECT_EQ(R.Code, 4);
+    EXPECT_TRUE(R.Err.contains(QStringLiteral("stopped"))) << R.Err.toStdString();
+  }
 
   const QString Cancel = WriteScript(Dir.path(), "cancel\n");
   EXPECT_EQ(Dse({"script", Cancel}).Code, 1);

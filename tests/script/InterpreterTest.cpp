@@ -175,3 +175,28 @@ TEST(TInterpreter, ExecByStepResults) {
   EXPECT_THROW(K.ExecByStep(L), EExpression);
   EXPECT_EQ(L, 1);
 }
+
+TEST(TInterpreter, TheBudgetCountsLoopPassesAndRestartsWithEachRun) {
+  TInterpreter I;
+  // Three statements, then ten passes of an empty loop body, then mainend.
+  I.SetProgramme(QStringLiteral("int i\ni=0\nfrom 1 to 10\nendfrom\nmainend"));
+  I.SetStepLimit(14);
+  EXPECT_TRUE(I.Execute());
+  EXPECT_EQ(I.StepCount(), 14);
+  I.Clear();
+  EXPECT_TRUE(I.Execute());  // a new run, a new budget
+  I.Clear();
+  I.SetStepLimit(13);
+  EXPECT_THROW(I.Execute(), EScriptStepLimit);
+  // Stepping from line 0 starts a run too.
+  I.SetStepLimit(14);
+  int Line = 0;
+  quint8 R = 0;
+  for (int Round = 0; Round < 2; ++Round) {
+    I.Clear();
+    Line = 0;
+    do R = I.ExecByStep(Line);
+    while (R == 0);
+    EXPECT_EQ(R, 2);
+  }
+}
