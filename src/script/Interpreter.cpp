@@ -40,6 +40,8 @@ const TVariable* TInterpreter::Find(const std::vector<TVariable>& AArray, int AN
 }
 
 bool TInterpreter::Execute() {
+  FStepCount = 0;
+  FCallDepth = 0;
   int Line = 0;
   while (Line < FProgramme.size()) {
     const int R = Exec(FProgramme[Line], SMain, Line);
@@ -51,6 +53,10 @@ bool TInterpreter::Execute() {
 
 quint8 TInterpreter::ExecByStep(int& AI) {
   if (AI < 0 || AI >= FProgramme.size()) return 3;
+  if (AI == 0) {
+    FStepCount = 0;
+    FCallDepth = 0;
+  }
   const int R = Exec(FProgramme[AI], SMain, AI);
   if (R == erError) return 1;
   if (R == erMainEnd) return 2;
@@ -72,9 +78,14 @@ QString TInterpreter::GetVarValue(const QString& AVarName) const {
   return QString();
 }
 
-int TInterpreter::Exec(const QString& ALine, const QString& AProcName, int& ALineNo) {
+void TInterpreter::CountStep() {
   if (FStepLimit > 0 && ++FStepCount > FStepLimit)
-    throw EScriptStepLimit(QStringLiteral("step limit of %1 statements reached").arg(FStepLimit));
+    throw EScriptStepLimit(QStringLiteral("the script ran %1 statements and loop passes without ending; it was stopped "
+                                          "(an endless loop?)").arg(FStepLimit));
+}
+
+int TInterpreter::Exec(const QString& ALine, const QString& AProcName, int& ALineNo) {
+  CountStep();
   if (ALine.isEmpty()) {
     ++ALineNo;
     return erOk;
@@ -283,6 +294,7 @@ int TInterpreter::ExecFrom(const QString& ALine, const QString& ARest, const QSt
   }
   int Result = erOk;
   for (qint64 Pass = A; Pass <= B; ++Pass) {
+    CountStep();
     const int R = RunLines(ALineNo + 1, End, AProcName);
     if (R == erExit) {
       Result = erExit;
@@ -303,6 +315,7 @@ int TInterpreter::ExecDo(const QString& ALine, const QString& ARest, const QStri
   }
   int Result = erOk;
   while (Evaluate(ARest, AProcName)->AsBoolean()) {
+    CountStep();
     const int R = RunLines(ALineNo + 1, End, AProcName);
     if (R == erExit) {
       Result = erExit;
@@ -327,6 +340,14 @@ int TInterpreter::ExecCall(const QString& AName, int& ALineNo) {
   int End = Sub + 1;
   while (End < Count && FProgramme[End] != QLatin1String("endsub")) ++End;
   if (End >= Count) throw EListError(QStringLiteral("List index out of bounds (%1)").arg(Count));
+  if (FCallDepth >= MaxCallDepth)
+    throw EScriptStepLimit(QStringLiteral("procedure calls nested %1 deep; the script was stopped (a procedure that "
+                                          "calls itself without end?)").arg(MaxCallDepth));
+  struct TDepth {
+    int& D;
+    explicit TDepth(int& A) : D(++A) {}
+    ~TDepth() { --D; }
+  } Depth(FCallDepth);
   int Result = erOk;
   for (int J = Sub + 1; J < End;) {
     const int R = Exec(FProgramme[J], AName, J);
