@@ -84,6 +84,13 @@ void TInterpreter::CountStep() {
                                           "(an endless loop?)").arg(FStepLimit));
 }
 
+std::vector<TVariable> TInterpreter::Variables() const {
+  std::vector<TVariable> R(intA.begin(), intA.begin() + int_Num);
+  R.insert(R.end(), slnA.begin(), slnA.begin() + sln_Num);
+  R.insert(R.end(), strA.begin(), strA.begin() + str_Num);
+  return R;
+}
+
 int TInterpreter::Exec(const QString& ALine, const QString& AProcName, int& ALineNo) {
   CountStep();
   if (ALine.isEmpty()) {

@@ -50,6 +50,8 @@ public:
   void AddGlobalVar(const QString& AVarName, const QString& AVarValue);
   // By name in any procedure: int, then single, then string; empty if none.
   QString GetVarValue(const QString& AVarName) const;
+  // The variables as they stand: int, then single, then string, each in declaration order.
+  std::vector<TVariable> Variables() const;
 
   // Statements and loop passes executed in this run (every statement, every pass of a
   // loop, empty ones too); 0 means no limit. A run starts at Execute or at a step from

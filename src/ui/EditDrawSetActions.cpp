@@ -34,12 +34,6 @@ namespace {
 
 using TDef = const char*;
 
-// Names of actions whose work lives in a panel or command not in this build yet.
-bool NeedsBarsPanel(const QString& AName) {
-  return AName == QLatin1String("acShowBars") || AName == QLatin1String("acAddBar") ||
-         AName == QLatin1String("acDeleteBar") || AName == QLatin1String("acDebug");
-}
-
 QString ToolText(const QString& ACaption) {
   QString T = ACaption;
   const int I = T.indexOf(QLatin1String("(&"));
@@ -157,7 +151,7 @@ QAction* TEditDrawSetForm::AddAction(const TActionDef& D) {
     FCommandOf.insert(A, D.Command);
     Available = FindVDECommand(D.Command) != nullptr;
   }
-  if (NeedsBarsPanel(Name) || Name == QLatin1String("acImport")) Available = false;
+  if (Name == QLatin1String("acImport")) Available = false;
   FAvailable.insert(Name, Available);
   SetActionEnabled(A, Available);
 

@@ -1,6 +1,9 @@
 #include "EditDrawSetFrm.h"
 
 #include "ChooseBZTJ.h"
+#include "DrawSetBarsFram.h"
+#include "MZTChooseBarPicFrm.h"
+#include "ScriptEdit.h"
 #include "DSSpecCmdState.h"
 #include "DrawSetEditor.h"
 #include "Dialogs.h"
@@ -25,6 +28,7 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QResizeEvent>
+#include <QSplitter>
 #include <QStatusBar>
 #include <QTimer>
 
@@ -55,16 +59,39 @@ TEditDrawSetForm::TEditDrawSetForm(QWidget* AOwner, int, IMZTBarInfoDataSvr* ASy
   auto DSEditor = std::make_unique<TDrawSetEditor>(ASettingsFile);
   FDSEditor = DSEditor.get();
   FDSEditor->SetSession(FSession.get());
-  FDSEditor->OnBarsChanged = [this] { UpdateActions(); };
+  FDSEditor->OnBarsChanged = [this] {
+    if (FBarsFrame) FBarsFrame->Refresh();
+    UpdateActions();
+  };
   FEditorWidget = new TVDEditorWidget(this, std::move(DSEditor));
   FEditorWidget->setObjectName(QStringLiteral("FEditor"));
   FEditorWidget->installEventFilter(this);
-  setCentralWidget(FEditorWidget);
+  // The bars panel sits below the drawing, hidden until acShowBars.
+  auto* Centre = new QSplitter(Qt::Vertical, this);
+  Centre->setObjectName(QStringLiteral("splDrawSetBars"));
+  Centre->addWidget(FEditorWidget);
+  FBarsFrame = new TDrawSetBarsFrame(Centre, FSysDataSvr, FDSEditor->GetVectorDrawing());
+  Centre->addWidget(FBarsFrame);
+  Centre->setStretchFactor(0, 1);
+  Centre->setSizes({536, 200});
+  FBarsFrame->hide();
+  setCentralWidget(Centre);
+  FSession->OnDrawSetReplaced = [this](TDrawSet* ANew) { FBarsFrame->SetDrawSet(ANew); };
+  FDSEditor->OnSaveBars = [this] { return FBarsFrame->Save(); };
+  FDSEditor->OnParamKeyChanged = [this](const QString& AOld, const QString& ANew) {
+    TSynSampleSyn& Syn = FBarsFrame->Script().Highlighter().Syn();
+    if (!AOld.isEmpty()) Syn.DeleteKey(AOld);
+    if (!ANew.isEmpty()) Syn.AddKey(ANew);
+    FBarsFrame->Script().Highlighter().rehighlight();
+  };
   TVectorDrawingEditor& E = Editor();
   E.OnCommandChanged = [this](int ACmdID) { OnCommandChanged(ACmdID); };
   E.OnSelSetChanged = [this] { OnSelSetChanged(); };
   E.OnShowMousePos = [this](const QString& AText) { FPanels[0]->setText(AText); };
-  E.OnModifyItemPropValChanged = [](TVDEPropType, const QString&) {};
+  // A bar's notation may be the text just changed.
+  E.OnModifyItemPropValChanged = [this](TVDEPropType AType, const QString&) {
+    if (AType == ptText) FBarsFrame->Refresh();
+  };
   FEditorWidget->OnError = [this](std::exception_ptr AError) { Guard([&] { std::rethrow_exception(AError); }); };
   connect(FEditorWidget, &TVDEditorWidget::ContextMenuRequested, this, [this](const QPoint& P) { ShowPopup(P); });
 
@@ -126,6 +153,9 @@ TEditDrawSetForm::~TEditDrawSetForm() {
   E.OnModifyItemPropValChanged = nullptr;
   FDSEditor->SetSession(nullptr);
   FDSEditor->OnBarsChanged = nullptr;
+  FDSEditor->OnSaveBars = nullptr;
+  FDSEditor->OnParamKeyChanged = nullptr;
+  FSession->OnDrawSetReplaced = nullptr;
   FPropGrid->SetPropList(nullptr);
   for (auto& L : FAddItemProps) L.reset();
 }
@@ -154,6 +184,7 @@ void TEditDrawSetForm::LoadDrawSet(int ADrawSetID) {
   // The undo records of another draw set's items must not replay on this one.
   E.Execute(cmdUndoReset, 0);
   E.RefreshDrawing();
+  FBarsFrame->Initialize();
   UpdateEditActions();
 }
 
@@ -236,7 +267,7 @@ void TEditDrawSetForm::UpdateActions() {
   FPanels[5]->setText(FPanels[5]->fontMetrics().elidedText(Prompt, Qt::ElideRight, std::max(40, FPanels[5]->width() - 6)));
   FPanels[5]->setProperty("fullText", Prompt);
 
-  SetActionEnabled(Action(QStringLiteral("acSave")), FSession->HasChanges(D));
+  SetActionEnabled(Action(QStringLiteral("acSave")), FSession->HasChanges(D) || FBarsFrame->IsModified());
   Action(QStringLiteral("acSnapSwitch"))->setChecked(E.GetSnapSwitch());
   TDrawSet* DS = FSession->DrawSet();
   const bool HasBars = DS && DS->Bars().Count() > 0;
@@ -308,6 +339,7 @@ void TEditDrawSetForm::RunAction(const QString& AName) {
     QAction* A = Action(AName);
     TVectorDrawingEditor& E = Editor();
     if (FCommandOf.contains(A)) {
+      if (AName == QLatin1String("acEditParam") && !FBarsFrame->Save()) return;
       const int Cmd = FCommandOf.value(A);
       bool ModeParam = false;
       for (const char* N : {"acDrawLine", "acDrawACSArc", "acDrawCSArc", "acDrawACLArc", "acDrawCLArc", "acDraw3PArc",
@@ -319,6 +351,12 @@ void TEditDrawSetForm::RunAction(const QString& AName) {
       return;
     }
     if (AName == QLatin1String("acSave")) DoSave();
+    else if (AName == QLatin1String("acShowBars")) {
+      FBarsFrame->setVisible(A->isChecked());
+      UpdateEditActions();
+    } else if (AName == QLatin1String("acAddBar")) DoAddBar();
+    else if (AName == QLatin1String("acDeleteBar")) DoDeleteBar();
+    else if (AName == QLatin1String("acDebug")) FBarsFrame->Debug();
     else if (AName == QLatin1String("acExit")) close();
     else if (AName == QLatin1String("acSelDrawSet")) DoSelDrawSet();
     else if (AName == QLatin1String("acInitialize")) DoInitialize();
@@ -329,12 +367,13 @@ void TEditDrawSetForm::RunAction(const QString& AName) {
 }
 
 void TEditDrawSetForm::DoSave() {
+  FBarsFrame->Save();
   FSession->Save(Editor());
   UpdateEditActions();
 }
 
 bool TEditDrawSetForm::CheckSaveChanges() {
-  if (!FPropGrid->CloseEditor()) return false;
+  if (!FPropGrid->CloseEditor() || !FBarsFrame->CloseEditor()) return false;
   UpdateActions();
   if (!IsActionEnabled(Action(QStringLiteral("acSave")))) return true;
   const int R = ShowConfirmBox(QStringLiteral("图集已修改，是否保存？"), mbYesNoCancel);
@@ -356,13 +395,51 @@ void TEditDrawSetForm::DoSelDrawSet() {
 
 void TEditDrawSetForm::DoInitialize() {
   if (ShowConfirmBox(QStringLiteral("是否清除全部内容？"), mbYesNo) != mrYes) return;
+  FBarsFrame->CancelEditor();
   if (TDrawSet* DS = FSession->DrawSet()) {
     DS->Bars().Clear(true);
     DS->Params().Clear(true);
   }
   Editor().GetVectorDrawing().Clear();
   Editor().RefreshDrawing();
+  FBarsFrame->Refresh();
   UpdateEditActions();
+}
+
+void TEditDrawSetForm::DoAddBar() {
+  TDrawSet* DS = FSession->DrawSet();
+  if (!DS || !FSysDataSvr) return;
+  int Pic = -1;
+  if (TMZTChooseBarPicForm::Execute(Pic, *FSysDataSvr, false, true, false, this) != mrOk) return;
+  DS->Bars().Add(DS->ID(), DS->Bars().GetMaxBarID(DS->ID()) + 1, Pic, QStringLiteral("新钢筋"), QString(), -1, QString(),
+                 QString(), true);
+  FBarsFrame->Refresh();
+}
+
+void TEditDrawSetForm::DoDeleteBar() {
+  FBarsFrame->CancelEditor();
+  const int BarID = FBarsFrame->CurrentBarID();
+  if (BarID < 0) {
+    ShowErrorBox(QStringLiteral("请先选择要删除的钢筋"));
+    return;
+  }
+  if (ShowConfirmBox(QStringLiteral("是否删除当前选中的钢筋？"), mbYesNo) != mrYes) return;
+  TDrawSet* DS = FSession->DrawSet();
+  TDrawSetBar* Bar = nullptr;
+  for (int I = 0; I < DS->Bars().Count() && !Bar; ++I)
+    if (DS->Bars().GetItems(I)->BarID() == BarID) Bar = DS->Bars().GetItems(I);
+  if (!Bar) return;
+  const QVector<int> Items = Bar->VDIDs();
+  if (Items.isEmpty()) {
+    DS->Bars().DeleteByID(DS->ID(), BarID, true);
+  } else {
+    // The last item's deletion takes the bar along.
+    TVectorDrawing& D = Editor().GetVectorDrawing();
+    for (const int ID : Items)
+      if (const int I = D.IndexOfID(ID); I >= 0) D.Delete(I);
+  }
+  FBarsFrame->Refresh();
+  Editor().RefreshDrawing();
 }
 
 void TEditDrawSetForm::DoFindParam() {

@@ -25,6 +25,7 @@ class QDockWidget;
 class QLabel;
 class QMenu;
 class QToolBar;
+class TDrawSetBarsFrame;
 class TDrawSetEditor;
 class TVDEditorWidget;
 class TVDEPropGrid;
@@ -52,6 +53,7 @@ public:
   TDrawSetEditor& DSEditor() { return *FDSEditor; }
   TVDEditorWidget& EditorWidget() { return *FEditorWidget; }
   TVDEPropGrid& PropGrid() { return *FPropGrid; }
+  TDrawSetBarsFrame& BarsFrame() { return *FBarsFrame; }
   TDrawSetSession& Session() { return *FSession; }
   TDSType CurDSType() const { return FCurDSType; }
   void SetCurDSType(TDSType AValue);
@@ -106,6 +108,8 @@ private:
 
   bool ViewIsReset();
   void DoSave();
+  void DoAddBar();
+  void DoDeleteBar();
   void DoSelDrawSet();
   void DoInitialize();
   void DoFindParam();
@@ -117,6 +121,7 @@ private:
   TVDEditorWidget* FEditorWidget = nullptr;
   TDrawSetEditor* FDSEditor = nullptr;  // the editor of FEditorWidget
   TVDEPropGrid* FPropGrid = nullptr;
+  TDrawSetBarsFrame* FBarsFrame = nullptr;
   QDockWidget* FPropDock = nullptr;
   std::array<std::unique_ptr<TVDEPropList>, 3> FAddItemProps;
   TDSType FCurDSType = dsNormal;

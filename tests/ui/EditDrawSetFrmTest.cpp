@@ -75,8 +75,9 @@ TEST_F(TFormTest, ActionsCarryTheirCaptionsKeysAndVisibility) {
   }
   EXPECT_EQ(Form->windowTitle(), S("图集编辑器"));
   EXPECT_FALSE(Form->Action(S("acDrawLine"))->icon().isNull());
-  // The bars panel's actions wait for the panel; the import stays off by design.
-  for (const char* Name : {"acShowBars", "acAddBar", "acImport"}) EXPECT_FALSE(On(Name)) << Name;
+  // Adding bars waits for the panel to show; the import stays off by design.
+  for (const char* Name : {"acAddBar", "acDeleteBar", "acDebug", "acImport"}) EXPECT_FALSE(On(Name)) << Name;
+  EXPECT_TRUE(On("acShowBars"));
   EXPECT_TRUE(On("acEditTabOrder"));
 }
 
