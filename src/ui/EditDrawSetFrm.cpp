@@ -140,6 +140,7 @@ TEditDrawSetForm::TEditDrawSetForm(QWidget* AOwner, int, IMZTBarInfoDataSvr* ASy
 
   FSession->FetchDrawSets();
 
+  UpdateActions();
   auto* Idle = new QTimer(this);
   connect(Idle, &QTimer::timeout, this, [this] { Guard([&] { UpdateActions(); }); });
   Idle->start(200);
