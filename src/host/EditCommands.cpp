@@ -7,9 +7,12 @@
 #include "DrawSetConsts.h"
 #include "DrawSetLibrary.h"
 #include "DseCommands.h"
+#include "DrawSetBarsFram.h"
 #include "EditDrawSetFrm.h"
 #include "EditorScript.h"
 #include "LvdJson.h"
+#include "ScriptDebugFrm.h"
+#include "ScriptEdit.h"
 #include "MZTDiamDictsIntf.h"
 #include "VDEPropGrid.h"
 #include "VDEditorWidget.h"
@@ -25,6 +28,8 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPointer>
+#include <QTextBlock>
 
 namespace {
 
@@ -40,9 +45,17 @@ public:
   TWindowScriptPlayer(TEditDrawSetForm& AForm, QTextStream& AOut)
       : TEditorScriptPlayer(AForm.EditorWidget(), AOut), FForm(AForm) {
     FForm.OnError = [this](std::exception_ptr AError) { SetEventError(AError); };
+    TDebugForm::Host() = [this](TDebugForm* AForm) {
+      FDebug = AForm;
+      AForm->show();
+    };
     SetClientSize(800, 600);
   }
-  ~TWindowScriptPlayer() override { FForm.OnError = nullptr; }
+  ~TWindowScriptPlayer() override {
+    FForm.OnError = nullptr;
+    TDebugForm::Host() = nullptr;
+    delete FDebug.data();
+  }
 
   bool Closed() const { return FClosed; }
   // Closes the window as the user would; prints the result when it closed.
@@ -121,14 +134,16 @@ protected:
       Need(2, 2, "focus canvas|props|bars|script|debug");
       if (W[1] == QLatin1String("canvas")) Canvas().setFocus();
       else if (W[1] == QLatin1String("props")) FForm.PropGrid().setFocus();
-      else if (W[1] == QLatin1String("bars") || W[1] == QLatin1String("script") || W[1] == QLatin1String("debug"))
-        Fail(QStringLiteral("the %1 part is not in this window yet").arg(W[1]));
+      else if (W[1] == QLatin1String("bars")) BarsShown().Grid().setFocus();
+      else if (W[1] == QLatin1String("script")) BarsShown().Script().setFocus();
+      else if (W[1] == QLatin1String("debug")) Debugger().setFocus();
       else Fail(QStringLiteral("unknown part '%1'").arg(W[1]));
       QCoreApplication::processEvents();
     } else if (Cmd == QLatin1String("cell")) {
       Need(5, 5, "cell GRID ROW COL \"TEXT\"");
-      if (W[1] != QLatin1String("props")) Fail(QStringLiteral("the grid '%1' is not in this window").arg(W[1]));
-      EditCell(FForm.PropGrid(), W[2], W[3], W[4]);
+      if (W[1] == QLatin1String("bars")) EditBarsCell(W[2], W[3], W[4]);
+      else if (W[1] == QLatin1String("props")) EditCell(FForm.PropGrid(), W[2], W[3], W[4]);
+      else Fail(QStringLiteral("the grid '%1' is not in this window").arg(W[1]));
     } else if (Cmd == QLatin1String("combo")) {
       Need(3, 3, "combo zoom|radius \"TEXT\"");
       QComboBox* Box = W[1] == QLatin1String("zoom")     ? &FForm.ZoomCombo()
@@ -149,8 +164,26 @@ protected:
       W[2].toInt(&Ok);
       if (!Ok) Fail(QStringLiteral("choose pic takes a picture number"));
       Recorder().QueueChoose(QStringLiteral("pic ") + W[2]);
-    } else if (Cmd == QLatin1String("script") || Cmd == QLatin1String("caret") || Cmd == QLatin1String("debug")) {
-      Fail(QStringLiteral("'%1' needs a part that is not in this window yet").arg(Cmd));
+    } else if (Cmd == QLatin1String("script")) {
+      Need(2, 2, "script \"TEXT\"");
+      TScriptEdit& E = BarsShown().Script();
+      E.setFocus();
+      E.selectAll();
+      E.insertPlainText(W[1]);  // as typing does: the editor's change marks the script modified
+    } else if (Cmd == QLatin1String("caret")) {
+      Need(3, 3, "caret LINE COL");
+      bool OkL = false, OkC = false;
+      const int Line = W[1].toInt(&OkL), Col = W[2].toInt(&OkC);
+      TScriptEdit& E = BarsShown().Script();
+      const QTextBlock B = E.document()->findBlockByNumber(Line - 1);
+      if (!OkL || !OkC || !B.isValid() || Col < 1 || Col > B.length())
+        Fail(QStringLiteral("the script has no line %1 column %2").arg(W[1], W[2]));
+      QTextCursor C(B);
+      C.setPosition(B.position() + Col - 1);
+      E.setTextCursor(C);
+      E.setFocus();
+    } else if (Cmd == QLatin1String("debug")) {
+      RunDebug(W);
     } else {
       return false;
     }
@@ -183,8 +216,16 @@ private:
       for (int I = 0; I < T.size(); ++I) Print(QStringLiteral("status %1 %2").arg(I).arg(T[I].trimmed()).trimmed());
     } else if (What == QLatin1String("pos")) {
       Print(QStringLiteral("pos %1").arg(FForm.StatusTexts().value(0)));
-    } else if (What == QLatin1String("debug") || What == QLatin1String("script")) {
-      Fail(QStringLiteral("'print %1' needs a part that is not in this window yet").arg(What));
+    } else if (What == QLatin1String("debug")) {
+      TDebugForm& D = Debugger();
+      Print(QStringLiteral("debug %1 %2").arg(D.CurLineNo() + 1).arg(D.LastResult()));
+      for (const TVariable& V : D.Interpreter().Variables()) Print(QStringLiteral("var %1=%2").arg(V.Name, V.Value));
+    } else if (What == QLatin1String("script")) {
+      TScriptEdit& E = FForm.BarsFrame().Script();
+      const QStringList L = E.toPlainText().split(QLatin1Char('\n'));
+      for (int I = 0; I < L.size(); ++I) Print(QStringLiteral("script %1 %2").arg(I + 1).arg(L[I]).trimmed());
+      const QTextCursor C = E.textCursor();
+      Print(QStringLiteral("caret %1 %2").arg(C.blockNumber() + 1).arg(C.positionInBlock() + 1));
     } else {
       return false;
     }
@@ -218,8 +259,63 @@ private:
     QCoreApplication::processEvents();
   }
 
+  TDrawSetBarsFrame& BarsShown() {
+    if (!FForm.BarsFrame().isVisible()) Fail(QStringLiteral("the bars panel is hidden (action acShowBars shows it)"));
+    return FForm.BarsFrame();
+  }
+
+  TDebugForm& Debugger() {
+    if (!FDebug) Fail(QStringLiteral("the debugger is not open (debug start opens it)"));
+    return *FDebug;
+  }
+
+  void RunDebug(const QStringList& W) {
+    const QString What = W.value(1);
+    if (What == QLatin1String("start") && W.size() == 2) {
+      if (FDebug) Fail(QStringLiteral("the debugger is open already"));
+      if (!FForm.TriggerAction(QStringLiteral("acDebug"))) Fail(QStringLiteral("action acDebug is disabled"));
+    } else if (What == QLatin1String("step") && W.size() == 2) {
+      if (!Debugger().CanStep()) Fail(QStringLiteral("the script has ended; the debugger takes no more steps"));
+      Debugger().Step();
+    } else if (What == QLatin1String("run") && W.size() == 2) {
+      Debugger().Run();
+    } else if (What == QLatin1String("close") && W.size() == 2) {
+      Debugger().close();
+      delete FDebug.data();
+    } else if (What == QLatin1String("query") && W.size() == 3) {
+      Print(QStringLiteral("value %1=%2").arg(W[2], Debugger().Query(W[2])));
+    } else {
+      Fail(QStringLiteral("usage: debug start|step|run|close | debug query NAME"));
+    }
+  }
+
+  void EditBarsCell(const QString& ARow, const QString& ACol, const QString& AText) {
+    TDrawSetBarsFrame& F = BarsShown();
+    bool OkR = false, OkC = false;
+    const int Row = ARow.toInt(&OkR), Col = ACol.toInt(&OkC);
+    // Row 0 is the grid's title row; bars are rows 1 and on.
+    if (!OkR || !OkC || Row < 1 || Row > F.Model().rowCount() || Col < 0 || Col > 5)
+      Fail(QStringLiteral("no cell %1 %2 in the bars grid").arg(ARow, ACol));
+    const QModelIndex I = F.Model().index(Row - 1, Col);
+    if (!(F.Model().flags(I) & Qt::ItemIsEditable)) Fail(QStringLiteral("cell %1 %2 cannot be edited").arg(Row).arg(Col));
+    F.Grid().setFocus();
+    F.Grid().setCurrentIndex(I);
+    if (!F.Grid().IsEditing()) F.Grid().edit(I);
+    QCoreApplication::processEvents();
+    QWidget* Editor = F.Delegate().CurrentEditor();
+    QLineEdit* Line = Editor ? (qobject_cast<QLineEdit*>(Editor) ? qobject_cast<QLineEdit*>(Editor)
+                                                                  : Editor->findChild<QLineEdit*>())
+                             : nullptr;
+    if (!Line || !F.Grid().IsEditing()) Fail(QStringLiteral("cell %1 %2 opened no editor").arg(Row).arg(Col));
+    Line->setText(AText);
+    QKeyEvent Enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"));
+    Send(Line, &Enter);
+    QCoreApplication::processEvents();
+  }
+
   TEditDrawSetForm& FForm;
   bool FClosed = false;
+  QPointer<TDebugForm> FDebug;
 };
 
 int RunEdit(const QStringList& AArgs, TDseIO& AIO) {

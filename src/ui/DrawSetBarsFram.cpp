@@ -209,6 +209,9 @@ bool TDrawSetBarsDelegate::eventFilter(QObject* AObject, QEvent* AEvent) {
       return true;
     }
   }
+  // The picture editor's line edit is not the view's editor: the base's handling of it
+  // (focus out, Escape) would name the wrong widget.
+  if (AObject != FEditor) return false;
   return QStyledItemDelegate::eventFilter(AObject, AEvent);
 }
 
