@@ -112,3 +112,18 @@ TEST_F(BarsPanelTest, AddAndDeleteBars) {
   EXPECT_TRUE(Bar(1, 0).isEmpty());
   EXPECT_FALSE(R.Out.contains(S(",9,"))) << R.Out.toStdString();
 }
+
+TEST_F(BarsPanelTest, SpacingsOfTheNotationFeedJjAndJm) {
+  const struct {
+    const char* Notation;
+    const char *JJ, *JM;
+  } Cases[] = {{"A8@100/200", "var jj=200", "var jm=100"}, {"A8@150", "var jj=150", "var jm=0"}, {"3C20", "var jj=0", "var jm=0"}};
+  for (const auto& C : Cases) {
+    SCOPED_TRACE(C.Notation);
+    const TDseResult R = Edit(1, S("action acShowBars\ncell bars 2 2 \"%1\"\ndebug start\nprint debug\ndebug close\n"
+                                   "answer no\nclose\n").arg(S(C.Notation)));
+    ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
+    EXPECT_TRUE(Lines(R).contains(S(C.JJ))) << R.Out.toStdString();
+    EXPECT_TRUE(Lines(R).contains(S(C.JM)));
+  }
+}
