@@ -416,7 +416,9 @@ public:
   }
   QString SaveToString() const override {
     QString Out;
-    if (FIncludeHeader) Out += QStringLiteral("<?xml version=\"%1\" encoding=\"%2\"?>").arg(FVersion, FEncoding) + (FAutoIndent ? QStringLiteral("\n") : QString());
+    if (FIncludeHeader)
+      Out += QStringLiteral("<?xml version=\"%1\" encoding=\"%2\"?>").arg(Escape(FVersion), Escape(FEncoding)) +
+             (FAutoIndent ? QStringLiteral("\n") : QString());
     if (FRoot) WriteNode(*FRoot, Out, FAutoIndent, 0);
     if (FAutoIndent) Out += u'\n';
     return Out;

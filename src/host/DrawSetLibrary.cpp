@@ -102,8 +102,11 @@ const QStringList& TDrawSetLibrary::BarInfoColumns() {
 }
 
 std::shared_ptr<TDrawSetLibrary> TDrawSetLibrary::Open(const QString& AFileName) {
-  if (!QFileInfo(AFileName).isFile())
-    throw EDatabaseError(QStringLiteral("图集库文件不存在：%1").arg(AFileName));
+  const QFileInfo Info(AFileName);
+  if (!Info.exists() && !Info.isSymLink()) throw EDatabaseError(QStringLiteral("图集库文件不存在：%1").arg(AFileName));
+  if (Info.isDir()) throw EDatabaseError(QStringLiteral("%1 是一个目录，不是图集库文件").arg(AFileName));
+  if (!Info.isFile()) throw EDatabaseError(QStringLiteral("%1 不是普通文件（设备、管道或失效的链接），不是图集库文件").arg(AFileName));
+  if (!Info.isReadable()) throw EDatabaseError(QStringLiteral("没有读取图集库文件的权限：%1").arg(AFileName));
   auto Db = std::make_unique<TSqliteDb>(AFileName, false);
   QVariant Format, Version;
   try {

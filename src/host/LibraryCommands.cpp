@@ -15,6 +15,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
 #include <map>
 
 namespace {
@@ -86,6 +87,21 @@ void OpenDrawSet(const TLibArgs& AArgs, int AID, TOpenDrawSet& AOut) {
   AOut.Session->LoadDrawSet(AID, AOut.Drawing);
 }
 
+// A table cell: tabs, line breaks and other control characters print as escapes, so
+// no name can make a row of its own.
+QString Cell(const QString& AText) {
+  QString R;
+  for (const QChar C : AText) {
+    if (C == QLatin1Char('\t')) R += QLatin1String("\\t");
+    else if (C == QLatin1Char('\n')) R += QLatin1String("\\n");
+    else if (C == QLatin1Char('\r')) R += QLatin1String("\\r");
+    else if (C == QLatin1Char('\\')) R += QLatin1String("\\\\");
+    else if (C.category() == QChar::Other_Control) R += QStringLiteral("\\x%1").arg(C.unicode(), 2, 16, QLatin1Char('0'));
+    else R += C;
+  }
+  return R;
+}
+
 std::map<int, QString> TypeNames(TDrawSetLibrary& ALib) {
   std::map<int, QString> R;
   for (const TPacketRow& Row : DataSvr::GetDrawSetTypes(ALib).Rows)
@@ -131,7 +147,7 @@ int List(const QStringList& AArgs, TDseIO& AIO) {
       if (!Mine)
         continue;
       const int ID = Sets.Value(R, S("DrawSetID")).toInt();
-      AIO.Out << ID << '\t' << TypeName << '\t' << Sets.Value(R, S("DrawSetName")).toString() << '\t'
+      AIO.Out << ID << '\t' << Cell(TypeName) << '\t' << Cell(Sets.Value(R, S("DrawSetName")).toString()) << '\t'
               << DataSvr::GetDrawSetBars(*Lib, ID).Rows.size() << '\t'
               << DataSvr::GetDrawSetParams(*Lib, ID, CalcRuleID).Rows.size() << '\n';
     }
@@ -212,6 +228,8 @@ int Import(const QStringList& AArgs, TDseIO& AIO) {
     return UsageError(AIO, S("import"), S("import takes FILE and IN.lvd"));
   if (A.Name.isEmpty())
     return UsageError(AIO, S("import"), S("--name NAME is required and must not be blank"));
+  if (std::any_of(A.Name.begin(), A.Name.end(), [](QChar C) { return C.category() == QChar::Other_Control; }))
+    return UsageError(AIO, S("import"), S("图集名称不能含有制表符、换行等控制字符"));
   SetRegionSettings(A.Region);
   TVectorDrawing Drawing;
   Drawing.LoadFromFile(A.Positional[1]);

@@ -3,6 +3,8 @@
 #include "OVRAUnitConvertor.h"
 #include "SysUtils.h"
 
+#include <cmath>
+
 namespace {
 
 const QString Name = QStringLiteral("unit");
@@ -13,6 +15,10 @@ int FootToMm(const QStringList& AArgs, TDseIO& AIO) {
   double Mm;
   if (!TOVRAUnitConvert::CheckFoot(AArgs[0], F) || !TOVRAUnitConvert::ConvertFootToMm(AArgs[0], Mm, F)) {
     AIO.Err << QStringLiteral("error: '%1' is not a valid foot value\n").arg(AArgs[0]);
+    return ecFailed;
+  }
+  if (!std::isfinite(Mm)) {
+    AIO.Err << QStringLiteral("error: '%1' is too large to convert\n").arg(AArgs[0]);
     return ecFailed;
   }
   AIO.Out << FloatToStr(Mm) << '\n';
@@ -34,6 +40,12 @@ int MmToFoot(const QStringList& AArgs, TDseIO& AIO) {
   double Mm;
   if (!TryStrToFloat(Value, Mm) || Mm < 0) {
     AIO.Err << QStringLiteral("error: '%1' is not a valid millimetre value\n").arg(Value);
+    return ecFailed;
+  }
+  // Feet and inches are counted in 32-bit integers: beyond this they would wrap.
+  constexpr double MaxMm = 1e11;
+  if (Mm > MaxMm) {
+    AIO.Err << QStringLiteral("error: %1 mm is out of range (at most %2 mm)\n").arg(Value, FloatToStr(MaxMm));
     return ecFailed;
   }
   AIO.Out << TOVRAUnitConvert::ConvertMmToFoot(Mm, TFootFormat(F)) << '\n';

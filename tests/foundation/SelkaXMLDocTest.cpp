@@ -109,3 +109,14 @@ TEST(TXMLDocument, StreamsInUtf8AndGbk) {
   A->SaveToStream(Out);
   EXPECT_TRUE(Out.Bytes().contains("\xE9\x92\xA2"));
 }
+
+TEST(TXMLDocument, ADeclarationNeedingEscapesLoadsBack) {
+  // A declaration whose values hold quotes and ampersands, as a damaged file may carry.
+  const auto Doc = NewXMLDocument();
+  Doc->LoadFromString(QStringLiteral("<?xml version='1.0\"&amp;' encoding='utf-8'?><R a=\"1\"/>"));
+  const QString Saved = Doc->SaveToString();
+  const auto Back = NewXMLDocument();
+  ASSERT_NO_THROW(Back->LoadFromString(Saved)) << Saved.toStdString();
+  EXPECT_EQ(Back->Version(), Doc->Version());
+  EXPECT_EQ(Back->Root()->AttrAsString(QStringLiteral("a")), QStringLiteral("1"));
+}

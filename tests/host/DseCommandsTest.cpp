@@ -144,3 +144,14 @@ TEST(DseScript, TokensAndBadArguments) {
   EXPECT_EQ(Missing.Code, 1);
   EXPECT_TRUE(Missing.Err.startsWith(QStringLiteral("error: cannot open")));
 }
+
+TEST(DseUnit, OutOfRangeValuesAreRefused) {
+  TDseResult R = Dse({"unit", "mm-to-foot", "1e12", "--format", "ffHyphen"});
+  EXPECT_EQ(R.Code, 1);
+  EXPECT_TRUE(R.Err.contains(QStringLiteral("out of range"))) << R.Err.toStdString();
+  EXPECT_TRUE(R.Out.isEmpty());
+  R = Dse({"unit", "foot-to-mm", QString(400, u'9')});
+  EXPECT_EQ(R.Code, 1);
+  EXPECT_TRUE(R.Err.contains(QStringLiteral("too large"))) << R.Err.toStdString();
+  EXPECT_EQ(Dse({"unit", "mm-to-foot", "1e11", "--format", "ffHyphen"}).Code, 0);
+}

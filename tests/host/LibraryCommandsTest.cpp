@@ -1,3 +1,4 @@
+#include "DrawSetLibrary.h"
 #include "DseTestRun.h"
 
 #include <QFile>
@@ -113,4 +114,33 @@ TEST_F(LibraryCommandsTest, BadInputGivesPlainErrors) {
   }
   EXPECT_EQ(Dse({S("list"), Lib}).Out.count(u'\n'), 7);  // nothing was added by the failures
   EXPECT_EQ(Dse({S("init"), Lib, S("--force")}).Code, 0);
+}
+
+TEST_F(LibraryCommandsTest, WrongKindsOfLibraryFilesAreNamed) {
+  const struct {
+    QString Path;
+    const char* Err;
+  } Cases[] = {{Dir.path(), "是一个目录"}, {S("/dev/null"), "不是普通文件"}, {Dir.filePath(S("none.db")), "图集库文件不存在"}};
+  for (const auto& C : Cases) {
+    SCOPED_TRACE(C.Path.toStdString());
+    for (const char* Cmd : {"list", "show"}) {
+      const TDseResult R = Dse(QStringList{S(Cmd), C.Path} + (S(Cmd) == S("show") ? QStringList{S("1")} : QStringList{}));
+      EXPECT_EQ(R.Code, 1);
+      EXPECT_TRUE(R.Err.contains(S(C.Err))) << R.Err.toStdString();
+    }
+  }
+}
+
+TEST_F(LibraryCommandsTest, NamesCannotForgeRows) {
+  const QString Out = Dir.filePath(S("d.lvd"));
+  ASSERT_EQ(Dse({S("export"), Lib, S("1"), Out}).Code, 0);
+  const TDseResult R = Dse({S("import"), Lib, Out, S("--name"), S("a\tb\nc")});
+  EXPECT_EQ(R.Code, 2);
+  EXPECT_TRUE(R.Err.contains(S("控制字符"))) << R.Err.toStdString();
+  // A name that got in some other way prints escaped: one row per draw set.
+  TDrawSetLibrary::Open(Lib)->Db().Exec(S("UPDATE DrawSets SET DrawSetName = ? WHERE DrawSetID = 1"),
+                                        {S("a\tb\nc\\")});
+  const TDseResult L = Dse({S("list"), Lib});
+  EXPECT_EQ(L.Out.trimmed().split(u'\n').size(), 7);
+  EXPECT_TRUE(L.Out.contains(S("\ta\\tb\\nc\\\\\t"))) << L.Out.toStdString();
 }
