@@ -126,19 +126,10 @@ bool TVectorDrawing::SaveToFile(const QString& AFileName, TVDSaveFormat ASaveFor
   const int Changes = FChangeCount;
   SaveToStream(S, ASaveFormat, AOnlySelItems);
   FChangeCount = Changes;
-  // Written beside the target and renamed, so a failure leaves the old file whole.
-  const QString Temp = AFileName + QStringLiteral(".tmp");
-  QFile F(Temp);
-  if (!F.open(QIODevice::WriteOnly | QIODevice::Truncate) || F.write(S.Bytes()) != S.Bytes().size() || !F.flush()) {
-    F.remove();
-    throw EVDEError(QStringLiteral("无法写入文件[%1]：%2").arg(AFileName, F.errorString()));
-  }
-  F.close();
-  QFile::remove(AFileName);
-  if (!QFile::rename(Temp, AFileName)) {
-    QFile::remove(Temp);
-    throw EVDEError(QStringLiteral("无法写入文件[%1]").arg(AFileName));
-  }
+  // Whole or not at all: a failure leaves the old file as it was.
+  QString Error;
+  if (!WriteFileAtomically(AFileName, S.Bytes(), Error))
+    throw EVDEError(QStringLiteral("无法写入文件[%1]：%2").arg(AFileName, Error));
   FChangeCount = 0;
   return true;
 }

@@ -1,5 +1,8 @@
 #include "SysUtils.h"
 
+#include <QFileInfo>
+#include <QSaveFile>
+
 #include <QStringList>
 #include <cmath>
 #include <cstdio>
@@ -430,3 +433,34 @@ QString FormatFloat(const QString& AFormat, double AValue) {
   }
   return R;
 }
+
+bool WriteFileAtomically(const QString& AFileName, const QByteArray& AData, QString& AError) {
+  QFileInfo Info(AFileName);
+  QString Target = AFileName;
+  if (Info.isSymLink()) {
+    // The link stays; the file it names takes the data.
+    Target = Info.symLinkTarget();
+    Info = QFileInfo(Target);
+  }
+  if (Info.exists() && !Info.isFile()) {
+    AError = Info.isDir() ? QStringLiteral("是一个目录") : QStringLiteral("不是普通文件（设备或管道）");
+    return false;
+  }
+  QSaveFile F(Target);
+  F.setDirectWriteFallback(false);
+  if (!F.open(QIODevice::WriteOnly)) {
+    AError = F.errorString();
+    return false;
+  }
+  if (F.write(AData) != AData.size()) {
+    AError = F.errorString();
+    F.cancelWriting();
+    return false;
+  }
+  if (!F.commit()) {
+    AError = F.errorString();
+    return false;
+  }
+  return true;
+}
+

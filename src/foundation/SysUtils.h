@@ -55,3 +55,10 @@ QString FloatToStr(double AValue);
 // Number pictures: "0" and "#" digit places, "." decimal point, "," thousands,
 // "E+"/"E-" exponent, quoted literals, and up to three sections "pos;neg;zero".
 QString FormatFloat(const QString& AFormat, double AValue);
+
+// Writes AData to the file AFileName names, whole or not at all: a symbolic link is
+// followed to its file, the file keeps its permissions, and a path that names no
+// regular file (a directory, a device, a pipe) is refused. False with the cause in
+// AError.
+bool WriteFileAtomically(const QString& AFileName, const QByteArray& AData, QString& AError);
+

@@ -7,6 +7,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -94,4 +95,34 @@ TEST(DseLvd, FilesThatDoNotLoad) {
   EXPECT_TRUE(R.Err.contains(QStringLiteral("不存在")));
   EXPECT_EQ(Lvd({"frob"}).Code, 2);
   EXPECT_EQ(Lvd({}).Code, 2);
+}
+
+TEST(DseLvd, OutputGoesToTheFileThePathNames) {
+  QTemporaryDir Dir;
+  const QString In = MakeDrawing(Dir);
+  const QString Real = Dir.filePath(QStringLiteral("real.lvd")), Link = Dir.filePath(QStringLiteral("link.lvd"));
+  ASSERT_EQ(RunDse({QStringLiteral("lvd"), QStringLiteral("convert"), In, Real, QStringLiteral("--format"), QStringLiteral("bin")}).Code, 0);
+  QFile::setPermissions(Real, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+  ASSERT_TRUE(QFile::link(Real, Link));
+  // Through the link: the link stays a link, the file keeps its mode and takes the data.
+  TDseResult R = RunDse({QStringLiteral("lvd"), QStringLiteral("convert"), In, Link, QStringLiteral("--format"), QStringLiteral("xml")});
+  ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
+  EXPECT_TRUE(QFileInfo(Link).isSymLink());
+  const QFileDevice::Permissions P = QFile::permissions(Real);
+  EXPECT_TRUE(P & QFileDevice::ReadOwner);
+  EXPECT_FALSE(P & (QFileDevice::ReadGroup | QFileDevice::ReadOther));
+  EXPECT_TRUE(RunDse({QStringLiteral("lvd"), QStringLiteral("info"), Real}).Out.startsWith(QStringLiteral("format: xml")));
+  // What is no regular file is refused in plain words and left alone.
+  const struct {
+    QString Path;
+    const char* Err;
+  } Bad[] = {{Dir.path(), "是一个目录"}, {QStringLiteral("/dev/null"), "不是普通文件"}};
+  for (const auto& B : Bad) {
+    SCOPED_TRACE(B.Path.toStdString());
+    R = RunDse({QStringLiteral("lvd"), QStringLiteral("convert"), In, B.Path, QStringLiteral("--format"), QStringLiteral("xml")});
+    EXPECT_EQ(R.Code, 1);
+    EXPECT_TRUE(R.Err.contains(QString::fromUtf8(B.Err))) << R.Err.toStdString();
+  }
+  EXPECT_TRUE(QFileInfo(QStringLiteral("/dev/null")).exists());
+  EXPECT_FALSE(QFileInfo(QStringLiteral("/dev/null")).isFile());
 }
