@@ -238,23 +238,34 @@ int Import(const QStringList& AArgs, TDseIO& AIO) {
     AIO.Err << S("error: 图集类型 %1 不存在\n").arg(A.TypeID);
     return ecFailed;
   }
-  TClientDataSet SetDS, BarDS, ParamDS;
-  SetDS.SetData(DataSvr::GetDrawSets(*Lib));
-  BarDS.SetData(DataSvr::GetDrawSetBars(*Lib, -1));
-  ParamDS.SetData(DataSvr::GetDrawSetParams(*Lib, -1, CalcRuleID));
-  TDrawSets Sets(&SetDS, &BarDS, &ParamDS);
-  TDrawSet* New = Sets.Add(Sets.MaxID() + 1, A.Name, A.TypeID, true);
   TBytesStream Blob;
   if (!Drawing.SaveToStream(Blob, sfXML)) {
     AIO.Err << S("error: 图形无法保存\n");
     return ecFailed;
   }
-  Blob.SetPosition(0);
-  New->SetVectorDrawing(Blob);
-  if (!ApplyChanges(*Lib, SetDS, BarDS, ParamDS, CalcRuleID))
-    return ecFailed;
-  AIO.Out << S("imported %1 as draw set %2 (%3 items)\n").arg(A.Positional[1]).arg(New->ID()).arg(Drawing.Count());
-  return ecOk;
+  // The new number is the highest plus one as read; another program adding a draw set
+  // at the same moment takes it first, and then this import takes the next one.
+  for (int Attempt = 0;; ++Attempt) {
+    TClientDataSet SetDS, BarDS, ParamDS;
+    SetDS.SetData(DataSvr::GetDrawSets(*Lib));
+    BarDS.SetData(DataSvr::GetDrawSetBars(*Lib, -1));
+    ParamDS.SetData(DataSvr::GetDrawSetParams(*Lib, -1, CalcRuleID));
+    TDrawSets Sets(&SetDS, &BarDS, &ParamDS);
+    TDrawSet* New = Sets.Add(Sets.MaxID() + 1, A.Name, A.TypeID, true);
+    Blob.SetPosition(0);
+    New->SetVectorDrawing(Blob);
+    TDrawSetDeltas Deltas;
+    Deltas[1] = SetDS.Delta();
+    QString Refusal;
+    if (DataSvr::SaveDrawSets(*Lib, Deltas, CalcRuleID, Refusal)) {
+      AIO.Out << S("imported %1 as draw set %2 (%3 items)\n").arg(A.Positional[1]).arg(New->ID()).arg(Drawing.Count());
+      return ecOk;
+    }
+    if (!Refusal.contains(S("已被其他用户添加")) || Attempt >= 50) {
+      AIO.Err << "error: " << Refusal << '\n';
+      return ecFailed;
+    }
+  }
 }
 
 int Guarded(int (*ARun)(const QStringList&, TDseIO&), const QStringList& AArgs, TDseIO& AIO) {

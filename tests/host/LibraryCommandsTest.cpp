@@ -5,6 +5,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QFileInfo>
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -121,6 +123,7 @@ TEST_F(LibraryCommandsTest, WrongKindsOfLibraryFilesAreNamed) {
     QString Path;
     const char* Err;
   } Cases[] = {{Dir.path(), "是一个目录"}, {S("/dev/null"), "不是普通文件"}, {Dir.filePath(S("none.db")), "图集库文件不存在"}};
+  ASSERT_FALSE(QFileInfo(S("/dev/null")).isFile());  // read only: nothing here writes to it
   for (const auto& C : Cases) {
     SCOPED_TRACE(C.Path.toStdString());
     for (const char* Cmd : {"list", "show"}) {
@@ -143,4 +146,20 @@ TEST_F(LibraryCommandsTest, NamesCannotForgeRows) {
   const TDseResult L = Dse({S("list"), Lib});
   EXPECT_EQ(L.Out.trimmed().split(u'\n').size(), 7);
   EXPECT_TRUE(L.Out.contains(S("\ta\\tb\\nc\\\\\t"))) << L.Out.toStdString();
+}
+
+TEST_F(LibraryCommandsTest, ConcurrentImportsAllLand) {
+  const QString In = Dir.filePath(S("d.lvd"));
+  ASSERT_EQ(Dse({S("export"), Lib, S("1"), In}).Code, 0);
+  std::vector<std::unique_ptr<QProcess>> Runs;
+  for (int I = 0; I < 8; ++I) {
+    Runs.push_back(std::make_unique<QProcess>());
+    Runs.back()->start(S(DSE_BINARY), {S("import"), Lib, In, S("--name"), S("并发%1").arg(I)});
+  }
+  for (auto& P : Runs) {
+    ASSERT_TRUE(P->waitForFinished(60000));
+    EXPECT_EQ(P->exitCode(), 0) << P->readAllStandardError().toStdString();
+  }
+  const TDseResult L = Dse({S("list"), Lib});
+  EXPECT_EQ(L.Out.trimmed().split(u'\n').size(), 1 + 6 + 8);
 }
