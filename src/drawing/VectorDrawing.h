@@ -225,6 +225,8 @@ public:
   bool SaveToStream(TStream& AStream, TVDSaveFormat ASaveFormat = sfBin, bool AOnlySelItems = false);
   bool SaveToFile(const QString& AFileName, TVDSaveFormat ASaveFormat = sfBin, bool AOnlySelItems = false);
   bool LoadFromStream(TStream& AStream);
+  // A drawing file larger than this is refused as too large.
+  static constexpr qint64 MaxFileBytes = qint64(512) << 20;
   // Detects the form by "<?xml" at the stream's position.
   bool LoadFromStream(TStream& AStream, TVDSaveFormat& ASaveFormat);
   bool LoadFromFile(const QString& AFileName);

@@ -248,8 +248,11 @@ bool TVectorDrawing::LoadFromFile(const QString& AFileName) {
 bool TVectorDrawing::LoadFromFile(const QString& AFileName, TVDSaveFormat& ASaveFormat) {
   QFile F(AFileName);
   if (!F.exists()) throw EVDEError(QStringLiteral("文件[%1]不存在").arg(AFileName));
-  if (!F.open(QIODevice::ReadOnly)) throw EVDEError(QStringLiteral("无法打开文件[%1]：%2").arg(AFileName, F.errorString()));
-  TBytesStream S(F.readAll());
+  QByteArray Data;
+  QString Error;
+  if (!ReadFileCapped(AFileName, MaxFileBytes, Data, Error))
+    throw EVDEError(QStringLiteral("无法读取文件[%1]：%2").arg(AFileName, Error));
+  TBytesStream S(std::move(Data));
   return LoadFromStream(S, ASaveFormat);
 }
 

@@ -85,8 +85,9 @@ PMZTDiamDicts TMZTDiamDicts::LoadFromJson(const QByteArray& AJson) {
 }
 
 PMZTDiamDicts TMZTDiamDicts::LoadFromFile(const QString& AFileName) {
-  QFile F(AFileName);
-  if (!F.open(QIODevice::ReadOnly))
-    throw Exception(QStringLiteral("cannot open diameter dictionary \"%1\": %2").arg(AFileName, F.errorString()));
-  return LoadFromJson(F.readAll());
+  QByteArray Data;
+  QString Error;
+  if (!ReadFileCapped(AFileName, qint64(16) << 20, Data, Error))
+    throw Exception(QStringLiteral("cannot read diameter dictionary \"%1\": %2").arg(AFileName, Error));
+  return LoadFromJson(Data);
 }

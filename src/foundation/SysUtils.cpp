@@ -1,5 +1,6 @@
 #include "SysUtils.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
 
@@ -462,5 +463,33 @@ bool WriteFileAtomically(const QString& AFileName, const QByteArray& AData, QStr
     return false;
   }
   return true;
+}
+
+bool ReadFileCapped(QIODevice& ADevice, qint64 AMaxBytes, QByteArray& AData, QString& AError) {
+  const QString TooLarge = QStringLiteral("文件太大（超过 %1 字节）").arg(AMaxBytes);
+  if (!ADevice.isSequential() && ADevice.size() > AMaxBytes) {
+    AError = TooLarge;
+    return false;
+  }
+  AData = ADevice.read(AMaxBytes + 1);
+  if (AData.size() > AMaxBytes) {
+    AData.clear();
+    AError = TooLarge;
+    return false;
+  }
+  return true;
+}
+
+bool ReadFileCapped(const QString& AFileName, qint64 AMaxBytes, QByteArray& AData, QString& AError) {
+  QFile F(AFileName);
+  if (QFileInfo(AFileName).isDir()) {
+    AError = QStringLiteral("是一个目录");
+    return false;
+  }
+  if (!F.open(QIODevice::ReadOnly)) {
+    AError = F.errorString();
+    return false;
+  }
+  return ReadFileCapped(F, AMaxBytes, AData, AError);
 }
 

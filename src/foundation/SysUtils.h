@@ -3,6 +3,8 @@
 // strict conversions and float formatting, each with one fixed rule.
 
 #include <QString>
+
+class QIODevice;
 #include <QByteArray>
 #include <exception>
 
@@ -61,4 +63,10 @@ QString FormatFloat(const QString& AFormat, double AValue);
 // regular file (a directory, a device, a pipe) is refused. False with the cause in
 // AError.
 bool WriteFileAtomically(const QString& AFileName, const QByteArray& AData, QString& AError);
+
+// Reads a whole file, or a pipe or standard input ("-" is not special here), refusing
+// more than AMaxBytes with "文件太大" and the cap, so endless input cannot exhaust
+// memory. False with the cause in AError.
+bool ReadFileCapped(const QString& AFileName, qint64 AMaxBytes, QByteArray& AData, QString& AError);
+bool ReadFileCapped(QIODevice& ADevice, qint64 AMaxBytes, QByteArray& AData, QString& AError);
 

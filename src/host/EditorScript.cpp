@@ -101,20 +101,19 @@ QList<TScriptWord> SplitScriptLine(const QString& ALine) {
 }
 
 bool ReadScriptLines(const QString& APath, QStringList& ALines, QString& AError) {
-  QFile F;
+  constexpr qint64 Max = qint64(16) << 20;
+  QByteArray Data;
   if (APath == QLatin1String("-")) {
-    if (!F.open(stdin, QIODevice::ReadOnly)) {
-      AError = QStringLiteral("cannot read the script from standard input");
+    QFile F;
+    if (!F.open(stdin, QIODevice::ReadOnly) || !ReadFileCapped(F, Max, Data, AError)) {
+      AError = QStringLiteral("cannot read the script from standard input %1").arg(AError).trimmed();
       return false;
     }
-  } else {
-    F.setFileName(APath);
-    if (!F.open(QIODevice::ReadOnly)) {
-      AError = QStringLiteral("cannot read script %1: %2").arg(APath, F.errorString());
-      return false;
-    }
+  } else if (!ReadFileCapped(APath, Max, Data, AError)) {
+    AError = QStringLiteral("cannot read script %1: %2").arg(APath, AError);
+    return false;
   }
-  ALines = QString::fromUtf8(F.readAll()).split(QLatin1Char('\n'));
+  ALines = QString::fromUtf8(Data).split(QLatin1Char('\n'));
   return true;
 }
 

@@ -28,12 +28,11 @@ private:
 
 // Scripts are UTF-8; a file that is not valid UTF-8 is read as GBK.
 bool ReadScript(const QString& AFile, QString& AText, QString& AError) {
-  QFile F(AFile);
-  if (!F.open(QIODevice::ReadOnly)) {
-    AError = QStringLiteral("cannot open '%1': %2").arg(AFile, F.errorString());
+  QByteArray B;
+  if (!ReadFileCapped(AFile, qint64(4) << 20, B, AError)) {
+    AError = QStringLiteral("cannot read '%1': %2").arg(AFile, AError);
     return false;
   }
-  const QByteArray B = F.readAll();
   QStringDecoder Utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
   AText = Utf8(B);
   if (Utf8.hasError()) AText = QStringDecoder("GBK")(B);

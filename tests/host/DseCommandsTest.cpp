@@ -1,4 +1,5 @@
 #include "DseTestRun.h"
+#include "SysUtils.h"
 #include "MZTBarInfoConst.h"
 
 #include <QCoreApplication>
@@ -54,7 +55,7 @@ TEST(DseBarInfo, PrintsOneJsonObject) {
   EXPECT_EQ(Dse({"barinfo", "--code", "1", "--dict", Dict, "3B25"}).Code, 0);
   R = Dse({"barinfo", "--code", "1", "--dict", "/nonexistent.json", "3B25"});
   EXPECT_EQ(R.Code, 1);
-  EXPECT_TRUE(R.Err.startsWith(QStringLiteral("error: cannot open diameter dictionary")));
+  EXPECT_TRUE(R.Err.startsWith(QStringLiteral("error: cannot read diameter dictionary")));
   EXPECT_EQ(Dse({"barinfo", "A12"}).Code, 2);
   EXPECT_EQ(Dse({"barinfo", "--code", "x", "A12"}).Code, 2);
   SetBarStandardCode(Saved);
@@ -142,7 +143,7 @@ TEST(DseScript, TokensAndBadArguments) {
   EXPECT_EQ(Dse({"script", S, "--max-steps", "0"}).Code, 2);
   const TDseResult Missing = Dse({"script", Dir.path() + QStringLiteral("/none.txt")});
   EXPECT_EQ(Missing.Code, 1);
-  EXPECT_TRUE(Missing.Err.startsWith(QStringLiteral("error: cannot open")));
+  EXPECT_TRUE(Missing.Err.startsWith(QStringLiteral("error: cannot read")));
 }
 
 TEST(DseUnit, OutOfRangeValuesAreRefused) {
@@ -154,4 +155,24 @@ TEST(DseUnit, OutOfRangeValuesAreRefused) {
   EXPECT_EQ(R.Code, 1);
   EXPECT_TRUE(R.Err.contains(QStringLiteral("too large"))) << R.Err.toStdString();
   EXPECT_EQ(Dse({"unit", "mm-to-foot", "1e11", "--format", "ffHyphen"}).Code, 0);
+}
+
+TEST(DseInput, EndlessInputIsRefusedAsTooLarge) {
+  // /dev/zero never ends: every reader stops at its cap with a message, exit 1.
+  const struct {
+    QStringList Args;
+  } Cases[] = {{{"script", "/dev/zero"}}, {{"barinfo", "--code", "0", "--dict", "/dev/zero", "A10"}}};
+  for (const auto& C : Cases) {
+    SCOPED_TRACE(C.Args.join(u' ').toStdString());
+    const TDseResult R = Dse(C.Args);
+    EXPECT_EQ(R.Code, 1);
+    EXPECT_TRUE(R.Err.contains(QStringLiteral("文件太大"))) << R.Err.toStdString();
+  }
+  QByteArray Data;
+  QString Error;
+  QFile Zero(QStringLiteral("/dev/zero"));
+  ASSERT_TRUE(Zero.open(QIODevice::ReadOnly));
+  EXPECT_FALSE(ReadFileCapped(Zero, 1000, Data, Error));
+  EXPECT_TRUE(Data.isEmpty());
+  EXPECT_EQ(Error, QStringLiteral("文件太大（超过 1000 字节）"));
 }
