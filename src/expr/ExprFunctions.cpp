@@ -204,7 +204,9 @@ qint64 TStringExpression::AsInteger() {
 static QByteArray EightBit(const QString& S) { return QStringEncoder("GBK")(S); }
 static QString FromEightBit(const QByteArray& B) { return QStringDecoder("GBK")(B); }
 
-QString TStringExpression::AsString() {
+QString TStringExpression::AsString() { return CheckedString(StringResult()); }
+
+QString TStringExpression::StringResult() {
   auto S = [this](int I) { return GetParam(I)->AsString(); };
   switch (FOperator) {
     case sfUpper: return S(0).toUpper();

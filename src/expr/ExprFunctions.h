@@ -46,6 +46,7 @@ public:
   TExprType ExprType() override;
 
 private:
+  QString StringResult();
   TSF FOperator;
 };
 

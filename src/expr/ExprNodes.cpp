@@ -140,10 +140,19 @@ TBinaryOp::TBinaryOp(TOperator AOperator, PExpression AOperand1, PExpression AOp
   FResultType = CheckedResultType(AOperator, OperandType);
 }
 
+QString CheckedString(QString AValue) {
+  if (AValue.size() > MaxStringResult)
+    throw EExpression(QStringLiteral("String result longer than %1 characters").arg(MaxStringResult));
+  return AValue;
+}
+
 QString TBinaryOp::AsString() {
   if (FResultType != ttString) return TExpression::AsString();
   if (Operator != opPlus) InternalError(10);
-  return Operand1->AsString() + Operand2->AsString();
+  const QString A = Operand1->AsString(), B = Operand2->AsString();
+  if (A.size() + B.size() > MaxStringResult)
+    throw EExpression(QStringLiteral("String result longer than %1 characters").arg(MaxStringResult));
+  return A + B;
 }
 
 double TBinaryOp::AsFloat() {

@@ -24,6 +24,12 @@ public:
   using Exception::Exception;
 };
 
+// No string an expression makes may grow past this many characters: scripts that
+// double a string, or nested REPLACEs, stop with a message instead of eating memory.
+constexpr qsizetype MaxStringResult = qsizetype(1) << 20;
+// AValue, or EExpression when it is longer than MaxStringResult.
+QString CheckedString(QString AValue);
+
 extern const char* const NExprType[4];       // "String", "Float", "Integer", "Boolean"
 extern const char* const NOperator[19];      // "opNot", ...
 extern const char* const NOperatorToken[19];  // "NOT", "*", ...

@@ -218,6 +218,9 @@ bool TInterpreter::StringExpr(const QString& AText, const QString& AProcName, QS
       ShowErrorBox(QStringLiteral("非法字符串:") + LB + Trim(Parts.mid(I).join(u'&')));
       return false;
     }
+    // The same cap as the expressions': a string doubled in a loop stops here.
+    if (AValue.size() + V.size() > MaxStringResult)
+      throw EExpression(QStringLiteral("String result longer than %1 characters").arg(MaxStringResult));
     AValue += V;
   }
   return true;

@@ -176,3 +176,20 @@ TEST(DseInput, EndlessInputIsRefusedAsTooLarge) {
   EXPECT_TRUE(Data.isEmpty());
   EXPECT_EQ(Error, QStringLiteral("文件太大（超过 1000 字节）"));
 }
+
+TEST(DseInput, StringsCannotGrowWithoutBound) {
+  QTemporaryDir Dir;
+  // A script doubling a string, and nested REPLACEs that multiply one.
+  TDseResult R = Dse({"script", WriteScript(Dir.path(), "string s\ns=\"ab\"\nfrom 1 to 40\ns=s&s\nendfrom\nmainend\n")});
+  EXPECT_EQ(R.Code, 3);
+  EXPECT_TRUE(R.Err.contains(QStringLiteral("String result longer than 1048576 characters"))) << R.Err.toStdString();
+  QString E = QStringLiteral("'aaaaaaaaaa'");
+  for (int I = 0; I < 8; ++I) E = QStringLiteral("replace(%1,'a','aaaaaaaaaa')").arg(E);
+  R = Dse({"expr", E});
+  EXPECT_EQ(R.Code, 1);
+  EXPECT_TRUE(R.Err.contains(QStringLiteral("String result longer"))) << R.Err.toStdString();
+  // Up to the cap strings are fine.
+  R = Dse({"expr", QStringLiteral("length(replace(replace('aaaaaaaaaa','a','aaaaaaaaaa'),'a','aaaaaaaaaa'))")});
+  EXPECT_EQ(R.Code, 0) << R.Err.toStdString();
+  EXPECT_TRUE(R.Out.contains(QStringLiteral("1000"))) << R.Out.toStdString();
+}
