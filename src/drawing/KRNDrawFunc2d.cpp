@@ -312,16 +312,30 @@ void InstallFontSubstitutions() {
 
 constexpr int ReferencePixels = 256;
 
-const QFontMetricsF& ReferenceMetrics(const QString& AFontName, int AFontStyle) {
+// Font names come from files: the cache holds at most this many and starts afresh when
+// full (a drawing uses a handful).
+constexpr qsizetype MaxCachedFonts = 64;
+
+qsizetype& CachedFontCount() {
+  static qsizetype N = 0;
+  return N;
+}
+
+std::shared_ptr<QFontMetricsF> ReferenceMetrics(const QString& AFontName, int AFontStyle) {
   static QHash<QString, std::shared_ptr<QFontMetricsF>> Cache;
   const QString Key = AFontName + QLatin1Char(';') + QString::number(AFontStyle);
   auto It = Cache.find(Key);
-  if (It == Cache.end())
+  if (It == Cache.end()) {
+    if (Cache.size() >= MaxCachedFonts) Cache.clear();
     It = Cache.insert(Key, std::make_shared<QFontMetricsF>(TKRNDrawFunc2d::MakeFont(AFontName, AFontStyle, ReferencePixels)));
-  return **It;
+  }
+  CachedFontCount() = Cache.size();
+  return *It;
 }
 
 }  // namespace
+
+qsizetype TKRNDrawFunc2d::CachedFontMetrics() { return CachedFontCount(); }
 
 QFont TKRNDrawFunc2d::MakeFont(const QString& AFontName, int AFontStyle, int APixelSize) {
   InstallFontSubstitutions();
@@ -339,7 +353,7 @@ QStringList TKRNDrawFunc2d::SplitLines(const QString& AText) { return AText.spli
 double TKRNDrawFunc2d::GetSingleTextWidth(const QString& AText, const QString& AFontName, int AFontStyle,
                                           double AHeight) {
   if (AText.isEmpty()) return 0;
-  return ReferenceMetrics(AFontName, AFontStyle).horizontalAdvance(AText) * AHeight / ReferencePixels;
+  return ReferenceMetrics(AFontName, AFontStyle)->horizontalAdvance(AText) * AHeight / ReferencePixels;
 }
 
 double TKRNDrawFunc2d::GetWrappedTextMaxWidth(const QString& AText, const QString& AFontName, int AFontStyle,

@@ -102,5 +102,7 @@ public:
   // Device points of a segment, arcs flattened to the screen's resolution.
   static void AppendDevicePoints(const TKRNCoordTrans& ATrans, const TKRNCustomLine2d& AEdge,
                                  std::vector<QPointF>& APoints, bool AWithStart);
+  // Font measurements kept for text widths (bounded).
+  static qsizetype CachedFontMetrics();
   static QFont MakeFont(const QString& AFontName, int AFontStyle, int APixelSize);
 };

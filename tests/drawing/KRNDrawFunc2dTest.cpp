@@ -144,3 +144,12 @@ TEST(TKRNDrawFunc2d, TrimEdgeMovesEnds) {
   EXPECT_NEAR(S.StartPt().X, 1, 1e-12);
   EXPECT_NEAR(S.EndPt().X, 1, 1e-12);
 }
+
+TEST(TKRNDrawFunc2d, FontMeasurementsStayBounded) {
+  // Font names come from files; thousands of them must not grow the cache without end.
+  const double W = TKRNDrawFunc2d::GetSingleTextWidth(QStringLiteral("L1"), QStringLiteral("宋体"), 0, 100);
+  for (int I = 0; I < 2000; ++I)
+    TKRNDrawFunc2d::GetSingleTextWidth(QStringLiteral("x"), QStringLiteral("字体%1").arg(I), 0, 10);
+  EXPECT_LE(TKRNDrawFunc2d::CachedFontMetrics(), 64);
+  EXPECT_DOUBLE_EQ(TKRNDrawFunc2d::GetSingleTextWidth(QStringLiteral("L1"), QStringLiteral("宋体"), 0, 100), W);
+}
