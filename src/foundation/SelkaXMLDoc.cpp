@@ -184,10 +184,15 @@ void WriteNode(const TXMLNode& N, QString& Out, bool AIndent, int ADepth) {
     return;
   }
   Out += u'>';
-  bool OnlyText = true;
-  for (int I = 0; I < C.Count(); ++I)
-    if (C.GetNode(I)->NodeType() == ntElement || C.GetNode(I)->NodeType() == ntComment) OnlyText = false;
-  const bool Break = AIndent && !OnlyText;
+  // Indentation goes only where no text is: inside mixed content the breaks would
+  // become part of the text when the document is read again.
+  bool HasBlock = false, HasText = false;
+  for (int I = 0; I < C.Count(); ++I) {
+    const TXMLNodeType T = C.GetNode(I)->NodeType();
+    if (T == ntElement || T == ntComment) HasBlock = true;
+    else HasText = true;
+  }
+  const bool Break = AIndent && HasBlock && !HasText;
   for (int I = 0; I < C.Count(); ++I) {
     const auto* Child = static_cast<const TXMLNode*>(C.GetNode(I));
     const bool Block = Child->NodeType() == ntElement || Child->NodeType() == ntComment;
