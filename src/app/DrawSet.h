@@ -193,6 +193,7 @@ public:
   const QString& Name() const { return FName; }
   TDrawSetBars& Bars() { return *FBars; }
   TDrawSetParams& Params() { return *FParams; }
+  const TDrawSetParams& Params() const { return *FParams; }
   TClientDataSet* DataSet() const { return FDataSet; }
 
   void SetTypeID(int AValue);

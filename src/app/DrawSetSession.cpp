@@ -88,8 +88,12 @@ bool TDrawSetSession::HasChanges(const TVectorDrawing& ADrawing) const {
 }
 
 bool TDrawSetSession::FindParam(const QString& AParamCode, TVectorDrawing& ADrawing) const {
-  if (!FDrawSet) return false;
-  const TDrawSetParam* P = FDrawSet->Params().FindParam(AParamCode);
+  return MarkParamItem(FDrawSet.get(), AParamCode, ADrawing);
+}
+
+bool MarkParamItem(const TDrawSet* ADrawSet, const QString& AParamCode, TVectorDrawing& ADrawing) {
+  if (!ADrawSet) return false;
+  const TDrawSetParam* P = ADrawSet->Params().FindParam(AParamCode);
   if (!P) return false;
   for (int I = 0; I < ADrawing.Count(); ++I) {
     TVectorDrawingItem* Item = ADrawing.Items(I);

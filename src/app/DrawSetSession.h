@@ -18,6 +18,10 @@ class TVectorDrawingEditor;
 
 enum TDSType { dsNormal = 0, dsBar = 1, dsParam = 2 };
 
+// Marks the item of the param ACode of ADrawSet (trimmed, any letter case) with tag 1
+// and every other item with 0; false without the draw set or the param.
+bool MarkParamItem(const TDrawSet* ADrawSet, const QString& AParamCode, TVectorDrawing& ADrawing);
+
 class TDrawSetSession {
 public:
   explicit TDrawSetSession(IDrawingsDataSvr& ADrawingsDataSvr);

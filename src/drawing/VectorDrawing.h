@@ -181,7 +181,7 @@ public:
   void SetVersion(const QString& AValue);
   double ConvertedVersion() const { return FConvertedVersion; }
   const QString& OriVersion() const { return FOriVersion; }
-  // Stores the string, then converts FVersion (not the string) into the original number.
+  // Stores the string, then converts FVersion (not the string) back into the version number it stood for.
   void SetOriVersion(const QString& AValue);
 
   TColor BackColor() const { return FBackColor; }

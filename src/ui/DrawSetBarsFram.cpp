@@ -2,6 +2,7 @@
 
 #include "Dialogs.h"
 #include "DrawSet.h"
+#include "DrawSetSession.h"
 #include "MZTBarInfo.h"
 #include "MZTChooseBarPicFrm.h"
 #include "MZTDataSvr.h"
@@ -350,14 +351,7 @@ int TDrawSetBarsFrame::CurrentBarID() const {
   return B ? B->BarID() : -1;
 }
 
-bool TDrawSetBarsFrame::FindParam(const QString& AParamCode) {
-  TDrawSet* DS = DrawSet();
-  const TDrawSetParam* P = DS ? DS->Params().FindParam(AParamCode) : nullptr;
-  if (!P) return false;
-  for (int I = 0; I < FDrawing.Count(); ++I) FDrawing.Items(I)->SetTag(FDrawing.Items(I)->ID() == P->ParamVDID() ? 1 : 0);
-  FDrawing.Notify();
-  return true;
-}
+bool TDrawSetBarsFrame::FindParam(const QString& AParamCode) { return MarkParamItem(DrawSet(), AParamCode, FDrawing); }
 
 void TDrawSetBarsFrame::ChooseBarPic(const QModelIndex& AIndex) {
   TDrawSetBar* B = FModel->Bar(AIndex.row());
