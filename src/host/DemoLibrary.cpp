@@ -16,6 +16,7 @@
 #include <QFileInfo>
 
 #include <cstdio>
+#include <functional>
 #include <vector>
 
 namespace {
@@ -431,7 +432,7 @@ int BendOf(TShape AShape) {
   return 0;
 }
 
-void FillCatalogue(TSqliteDb& ADb) {
+void FillCatalogue(TLibraryDb& ADb) {
   ADb.Exec(S("INSERT INTO BendTypes VALUES (0, '直筋'), (1, '一弯'), (2, '二弯'), (3, '箍筋'), (4, '弯起')"));
   ADb.Exec(S("INSERT INTO HookTypes VALUES (0, '无弯钩'), (1, '一端弯钩'), (2, '两端弯钩')"));
   ADb.Exec(S("INSERT INTO BarClasses VALUES (1, '受力筋'), (2, '构造筋'), (3, '箍筋'), (4, '分布筋')"));
@@ -453,7 +454,7 @@ void FillCatalogue(TSqliteDb& ADb) {
 }  // namespace
 
 void FillDemoLibrary(TDrawSetLibrary& ALibrary) {
-  TSqliteDb& Db = ALibrary.Db();
+  TLibraryDb& Db = ALibrary.Db();
   Db.Exec(S("INSERT INTO DrawSetTypes VALUES (1, '梁柱节点', 1), (2, '板', 2), (3, '基础', 3), (4, '楼梯', 4)"));
   Db.Exec(S("INSERT INTO DiamDicts VALUES ('metric', ?)"), {S(kMetricDiameters)});
   FillCatalogue(Db);
@@ -495,7 +496,7 @@ void FillDemoLibrary(TDrawSetLibrary& ALibrary) {
     throw Exception(Err);
 
   // Every region sees the same content: drawings, scripts, notations and params.
-  TSqliteTransaction T(Db);
+  TLibraryTransaction T(Db);
   for (const QString& C : TDrawSetLibrary::VectorDrawingColumns())
     if (C != S("VectorDrawing_Chs"))
       Db.Exec(S("UPDATE DrawSets SET %1 = VectorDrawing_Chs").arg(C));
@@ -507,34 +508,60 @@ void FillDemoLibrary(TDrawSetLibrary& ALibrary) {
       Db.Exec(S("UPDATE DrawSetBars SET %1 = BarInfo_CHS").arg(C));
   for (int Region : {0, 2, 4, 6, 7, 8, 9, 10, 13, 20}) {
     const int Rule = CalcRuleIDOfRegion(Region);
-    Db.Exec(S("INSERT OR IGNORE INTO DrawSetParams SELECT ?, DrawSetID, ParamID, ParamVDID, ParamCode, DataType,"
-              " ValidateExpr, InvalidMsg, OrderNum, ParamVal, Unit FROM DrawSetParams WHERE CalcRuleID = 0"),
+    Db.Exec(S("INSERT INTO DrawSetParams SELECT CAST(? AS INTEGER), DrawSetID, ParamID, ParamVDID, ParamCode,"
+              " DataType, ValidateExpr, InvalidMsg, OrderNum, ParamVal, Unit FROM DrawSetParams WHERE CalcRuleID = 0"
+              " ON CONFLICT DO NOTHING"),
             {Rule});
   }
   T.Commit();
 }
 
-void CreateDemoLibrary(const QString& AFileName, bool AForce) {
-  const QFileInfo Target(AFileName);
+namespace {
+
+// Builds a library at ALocation with AFill, all or nothing: a file is built beside the
+// target and moved over it at the end; a database gets it in one transaction.
+void BuildLibrary(const QString& ALocation, bool AForce, const std::function<void(TDrawSetLibrary&)>& AFill) {
+  if (IsServerLocation(ALocation)) {
+    std::unique_ptr<TLibraryDb> Db = ConnectLibraryDb(ALocation, false);
+    TLibraryDb& Ref = *Db;
+    TLibraryTransaction T(Ref);
+    std::shared_ptr<TDrawSetLibrary> Library = TDrawSetLibrary::Create(std::move(Db), AForce);
+    AFill(*Library);
+    T.Commit();
+    return;
+  }
+  const QFileInfo Target(ALocation);
   if (Target.exists() && !AForce)
-    throw Exception(S("文件已存在：%1（用 --force 覆盖）").arg(AFileName));
+    throw Exception(S("文件已存在：%1（用 --force 覆盖）").arg(ALocation));
   if (Target.exists() && !Target.isFile())
-    throw Exception(S("不是文件：%1").arg(AFileName));
+    throw Exception(S("不是文件：%1").arg(ALocation));
   if (!Target.absoluteDir().exists())
     throw Exception(S("目录不存在：%1").arg(Target.absolutePath()));
-  // Built beside the target and moved over it at the end, so a failed or killed
-  // init leaves no half-written library.
   const QString Temp = Target.absoluteFilePath() + S(".init-tmp");
   QFile::remove(Temp);
   try {
     {
       std::shared_ptr<TDrawSetLibrary> Library = TDrawSetLibrary::Create(Temp);
-      FillDemoLibrary(*Library);
+      AFill(*Library);
     }
     if (std::rename(QFile::encodeName(Temp).constData(), QFile::encodeName(Target.absoluteFilePath()).constData()) != 0)
-      throw Exception(S("无法写入 %1").arg(AFileName));
+      throw Exception(S("无法写入 %1").arg(ALocation));
   } catch (...) {
     QFile::remove(Temp);
     throw;
   }
+}
+
+}  // namespace
+
+void CreateDemoLibrary(const QString& ALocation, bool AForce) { BuildLibrary(ALocation, AForce, FillDemoLibrary); }
+
+qint64 CopyLibrary(const QString& ASource, const QString& ATarget, bool AForce) {
+  const std::shared_ptr<TDrawSetLibrary> Source = TDrawSetLibrary::Open(ASource);
+  if (ASource == ATarget ||
+      (!IsServerLocation(ASource) && QFileInfo(ASource).canonicalFilePath() == QFileInfo(ATarget).canonicalFilePath()))
+    throw Exception(S("源图集库和目标图集库是同一个：%1").arg(Source->Db().Location()));
+  qint64 Rows = 0;
+  BuildLibrary(ATarget, AForce, [&](TDrawSetLibrary& ATargetLib) { Rows = Source->CopyRowsTo(ATargetLib); });
+  return Rows;
 }

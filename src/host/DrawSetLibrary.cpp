@@ -1,16 +1,17 @@
 #include "DrawSetLibrary.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
 
 namespace {
 
 const QString kFormat = QStringLiteral("dse-drawset-library");
 const int kSchemaVersion = 1;
 
-QString Columns(const QString& APrefix, const QStringList& ASuffixes, const char* AType) {
+QString Columns(const QString& APrefix, const QStringList& ASuffixes, const QString& AType) {
   QString S;
   for (const QString& Suffix : ASuffixes)
-    S += QStringLiteral(",\n  %1%2 %3").arg(APrefix, Suffix, QLatin1String(AType));
+    S += QStringLiteral(",\n  %1%2 %3").arg(APrefix, Suffix, AType);
   return S;
 }
 
@@ -25,7 +26,7 @@ const QStringList kProgramSuffixes = {"Chs", "EU", "Bs", "ID", "TH", "PH", "Cht"
 const QStringList kDrawingSuffixes = {"Chs", "EU", "Bs", "ID", "TH", "PH", "IN"};
 const QStringList kBarInfoSuffixes = {"CHS", "EU", "Bs", "ID", "TH", "PH", "CHT", "IN"};
 
-QString SchemaSql() {
+QString SchemaSql(const QString& ABlob) {
   return QStringLiteral(
              "CREATE TABLE LibraryInfo (Key TEXT PRIMARY KEY, Value TEXT);\n"
              "CREATE TABLE DrawSetTypes (DrawSetTypeID INTEGER PRIMARY KEY, DrawSetTypeName TEXT NOT NULL,"
@@ -42,7 +43,7 @@ QString SchemaSql() {
              "  ParamID INTEGER NOT NULL,\n  ParamVDID INTEGER,\n  ParamCode TEXT,\n  DataType INTEGER,\n"
              "  ValidateExpr TEXT,\n  InvalidMsg TEXT,\n  OrderNum INTEGER,\n  ParamVal TEXT,\n  Unit TEXT,\n"
              "  PRIMARY KEY (CalcRuleID, DrawSetID, ParamID));\n"
-             "CREATE TABLE BarPics (BarPicID INTEGER PRIMARY KEY, VectorDrawing BLOB, BarPicName TEXT,"
+             "CREATE TABLE BarPics (BarPicID INTEGER PRIMARY KEY, VectorDrawing %4, BarPicName TEXT,"
              " BarPicTypeID INTEGER, BendTypeID INTEGER, HookTypeID INTEGER, CommonOrder INTEGER,"
              " BS2000ShapeCode TEXT);\n"
              "CREATE TABLE BarPicParams (BarPicID INTEGER NOT NULL REFERENCES BarPics ON DELETE CASCADE,"
@@ -54,9 +55,19 @@ QString SchemaSql() {
              "CREATE TABLE CustomBarPicTypes (BarPicTypeID INTEGER PRIMARY KEY, BarPicTypeName TEXT);\n"
              "CREATE TABLE CommonBarPics (BarPicID INTEGER PRIMARY KEY, CommonOrder INTEGER);\n"
              "CREATE TABLE DiamDicts (DictName TEXT PRIMARY KEY, Json TEXT NOT NULL);\n")
-      .arg(Columns(QStringLiteral("VectorDrawing_"), kDrawingSuffixes, "BLOB"),
-           Columns(QStringLiteral("BarInfo_"), kBarInfoSuffixes, "TEXT"),
-           Columns(QStringLiteral("CalcProgram_"), kProgramSuffixes, "TEXT"));
+      .arg(Columns(QStringLiteral("VectorDrawing_"), kDrawingSuffixes, ABlob),
+           Columns(QStringLiteral("BarInfo_"), kBarInfoSuffixes, QStringLiteral("TEXT")),
+           Columns(QStringLiteral("CalcProgram_"), kProgramSuffixes, QStringLiteral("TEXT")), ABlob);
+}
+
+// Column names as the schema spells them, and the names queries give their results.
+QStringList SchemaNames() {
+  QStringList R = {QStringLiteral("SetParamVal")};
+  static const QRegularExpression Column(QStringLiteral(R"([(,]\s*([A-Za-z_][A-Za-z0-9_]*)\s+(?:INTEGER|TEXT|BOOLEAN|BLOB))"));
+  auto It = Column.globalMatch(SchemaSql(QStringLiteral("BLOB")));
+  while (It.hasNext())
+    R << It.next().captured(1);
+  return R;
 }
 
 struct TTableInfo {
@@ -101,40 +112,115 @@ const QStringList& TDrawSetLibrary::BarInfoColumns() {
   return L;
 }
 
-std::shared_ptr<TDrawSetLibrary> TDrawSetLibrary::Open(const QString& AFileName) {
+TDrawSetLibrary::TDrawSetLibrary(std::unique_ptr<TLibraryDb> ADb) : FDb(std::move(ADb)) {
+  static const QStringList Names = SchemaNames();
+  FDb->SetKnownNames(Names);
+}
+
+const QStringList& TDrawSetLibrary::TableNames() {
+  static const QStringList L = [] {
+    QStringList R;
+    static const QRegularExpression Table(QStringLiteral(R"(CREATE TABLE (\w+))"));
+    auto It = Table.globalMatch(SchemaSql(QStringLiteral("BLOB")));
+    while (It.hasNext())
+      R << It.next().captured(1);
+    return R;
+  }();
+  return L;
+}
+
+namespace {
+
+// Raises EDatabaseError unless ADb holds a library of our format and version.
+void CheckLibrary(TLibraryDb& ADb, const QString& AName) {
+  const bool Server = IsServerLocation(AName);
+  const QString NotOurs = Server ? QStringLiteral("数据库中没有图集库（可用 dse init 或 dse copy-library 建立）：%1").arg(ADb.Location())
+                                 : QStringLiteral("不是图集库文件：%1").arg(AName);
+  QVariant Format, Version;
+  try {
+    if (!ADb.HasTable(QStringLiteral("LibraryInfo")))
+      throw EDatabaseError(NotOurs);
+    Format = ADb.Scalar(QStringLiteral("SELECT Value FROM LibraryInfo WHERE Key = 'Format'"));
+    Version = ADb.Scalar(QStringLiteral("SELECT Value FROM LibraryInfo WHERE Key = 'Version'"));
+  } catch (const EDatabaseError&) {
+    throw EDatabaseError(NotOurs);
+  }
+  if (Format.toString() != kFormat)
+    throw EDatabaseError(NotOurs);
+  if (Version.toInt() != kSchemaVersion)
+    throw EDatabaseError(QStringLiteral("图集库 %1 的版本 %2 不受支持（本程序支持版本 %3）")
+                             .arg(Server ? ADb.Location() : AName, Version.toString())
+                             .arg(kSchemaVersion));
+}
+
+}  // namespace
+
+std::shared_ptr<TDrawSetLibrary> TDrawSetLibrary::Open(const QString& ALocation) {
+  if (IsServerLocation(ALocation)) {
+    std::unique_ptr<TLibraryDb> Db = ConnectLibraryDb(ALocation, false);
+    CheckLibrary(*Db, ALocation);
+    return std::shared_ptr<TDrawSetLibrary>(new TDrawSetLibrary(std::move(Db)));
+  }
+  const QString& AFileName = ALocation;
   const QFileInfo Info(AFileName);
   if (!Info.exists() && !Info.isSymLink()) throw EDatabaseError(QStringLiteral("图集库文件不存在：%1").arg(AFileName));
   if (Info.isDir()) throw EDatabaseError(QStringLiteral("%1 是一个目录，不是图集库文件").arg(AFileName));
   if (!Info.isFile()) throw EDatabaseError(QStringLiteral("%1 不是普通文件（设备、管道或失效的链接），不是图集库文件").arg(AFileName));
   if (!Info.isReadable()) throw EDatabaseError(QStringLiteral("没有读取图集库文件的权限：%1").arg(AFileName));
-  auto Db = std::make_unique<TSqliteDb>(AFileName, false);
-  QVariant Format, Version;
-  try {
-    Format = Db->Scalar(QStringLiteral("SELECT Value FROM LibraryInfo WHERE Key = 'Format'"));
-    Version = Db->Scalar(QStringLiteral("SELECT Value FROM LibraryInfo WHERE Key = 'Version'"));
-  } catch (const EDatabaseError&) {
-    throw EDatabaseError(QStringLiteral("不是图集库文件：%1").arg(AFileName));
-  }
-  if (Format.toString() != kFormat)
-    throw EDatabaseError(QStringLiteral("不是图集库文件：%1").arg(AFileName));
-  if (Version.toInt() != kSchemaVersion)
-    throw EDatabaseError(
-        QStringLiteral("图集库 %1 的版本 %2 不受支持（本程序支持版本 %3）").arg(AFileName, Version.toString()).arg(kSchemaVersion));
+  std::unique_ptr<TLibraryDb> Db = ConnectLibraryDb(AFileName, false);
+  CheckLibrary(*Db, AFileName);
   return std::shared_ptr<TDrawSetLibrary>(new TDrawSetLibrary(std::move(Db)));
 }
 
-std::shared_ptr<TDrawSetLibrary> TDrawSetLibrary::Create(const QString& AFileName) {
-  if (QFileInfo::exists(AFileName))
-    throw EDatabaseError(QStringLiteral("文件已存在：%1").arg(AFileName));
-  auto Db = std::make_unique<TSqliteDb>(AFileName, true);
+std::shared_ptr<TDrawSetLibrary> TDrawSetLibrary::Create(const QString& ALocation, bool AReplace) {
+  if (!IsServerLocation(ALocation) && QFileInfo::exists(ALocation))
+    throw EDatabaseError(QStringLiteral("文件已存在：%1").arg(ALocation));
+  return Create(ConnectLibraryDb(ALocation, true), AReplace);
+}
+
+std::shared_ptr<TDrawSetLibrary> TDrawSetLibrary::Create(std::unique_ptr<TLibraryDb>&& ADb, bool AReplace) {
   {
-    TSqliteTransaction T(*Db);
-    Db->Exec(SchemaSql());
-    Db->Exec(QStringLiteral("INSERT INTO LibraryInfo VALUES ('Format', ?), ('Version', ?)"),
-             {kFormat, QString::number(kSchemaVersion)});
+    TLibraryTransaction T(*ADb);
+    if (ADb->HasTable(QStringLiteral("LibraryInfo"))) {
+      if (!AReplace)
+        throw EDatabaseError(QStringLiteral("%1 中已有图集库（用 --force 替换）").arg(ADb->Location()));
+      QStringList Tables = TableNames();
+      std::reverse(Tables.begin(), Tables.end());
+      for (const QString& Table : Tables)
+        ADb->Exec(QStringLiteral("DROP TABLE IF EXISTS %1").arg(Table));
+    }
+    ADb->Exec(SchemaSql(ADb->BlobType()));
+    ADb->Exec(QStringLiteral("INSERT INTO LibraryInfo VALUES ('Format', ?), ('Version', ?)"),
+              {kFormat, QString::number(kSchemaVersion)});
     T.Commit();
   }
-  return std::shared_ptr<TDrawSetLibrary>(new TDrawSetLibrary(std::move(Db)));
+  return std::shared_ptr<TDrawSetLibrary>(new TDrawSetLibrary(std::move(ADb)));
+}
+
+qint64 TDrawSetLibrary::CopyRowsTo(TDrawSetLibrary& ATarget) {
+  TLibraryTransaction T(ATarget.Db());
+  qint64 Count = 0;
+  for (const QString& Table : TableNames()) {
+    // one table at a time keeps a large library's memory to its largest table
+    const TDataPacket Rows =
+        FDb->Query(Table == QLatin1String("LibraryInfo")
+                       ? QStringLiteral("SELECT * FROM LibraryInfo WHERE Key NOT IN ('Format', 'Version')")
+                       : QStringLiteral("SELECT * FROM %1").arg(Table));
+    if (Rows.Rows.isEmpty())
+      continue;
+    QStringList Names, Marks;
+    for (const TFieldDef& F : Rows.Fields) {
+      Names << F.Name;
+      Marks << QStringLiteral("?");
+    }
+    const QString Sql = QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                            .arg(Table, Names.join(QStringLiteral(", ")), Marks.join(QStringLiteral(", ")));
+    for (const TPacketRow& Row : Rows.Rows)
+      ATarget.Db().Exec(Sql, Row.Values);
+    Count += Rows.Rows.size();
+  }
+  T.Commit();
+  return Count;
 }
 
 template <class F>
@@ -187,12 +273,7 @@ TServerStatus TDrawSetLibrary::GetDrawSetParams(int ADrawSetID, int ACalcRuleID,
 void TDrawSetLibrary::ApplyDelta(int AKind, const TDataPacket& ADelta, bool ADeletes) {
   const TTableInfo& Info = TableOfDelta(AKind);
   // packet fields that are columns of the table (the value's write name maps to ParamVal)
-  QStringList TableColumns;
-  {
-    TSqliteStatement S(FDb->Handle(), QStringLiteral("PRAGMA table_info(%1)").arg(Info.Table));
-    while (S.Step())
-      TableColumns << S.Column(1).toString();
-  }
+  const QStringList TableColumns = FDb->TableColumns(Info.Table);
   QVector<int> Cols;
   QStringList ColNames;
   int SetValueField = -1;
@@ -226,18 +307,19 @@ void TDrawSetLibrary::ApplyDelta(int AKind, const TDataPacket& ADelta, bool ADel
   // The row in the file must still hold the values the editor first read.
   const auto CheckUnchanged = [&](const TPacketRow& ARow) {
     const QVector<QVariant> Key = KeyOf(ARow.OldValues);
-    TSqliteStatement S(FDb->Handle(), QStringLiteral("SELECT %1 FROM %2 WHERE %3")
-                                          .arg(ColNames.join(QStringLiteral(", ")), Info.Table, Where));
-    S.BindAll(Key);
-    if (!S.Step())
+    const TDataPacket Stored = FDb->Query(QStringLiteral("SELECT %1 FROM %2 WHERE %3%4")
+                                              .arg(ColNames.join(QStringLiteral(", ")), Info.Table, Where, FDb->RowLock()),
+                                          Key);
+    if (Stored.Rows.isEmpty())
       throw ESaveConflict(QStringLiteral("%1已被其他用户删除").arg(RowName(AKind, Key)));
+    const QVector<QVariant>& StoredValues = Stored.Rows[0].Values;
     for (int I = 0; I < Cols.size(); ++I) {
       const TFieldType Type = ADelta.Fields[Cols[I]].DataType;
       QVariant Now;
       try {
-        Now = ConvertFieldValue(S.Column(I), Type);
+        Now = ConvertFieldValue(StoredValues[I], Type);
       } catch (const EConvertError&) {
-        Now = S.Column(I);
+        Now = StoredValues[I];
       }
       // the editor writes the value as "SetParamVal" and keeps reading a stale
       // "ParamVal" after a save, so the stored value is checked against the former
@@ -278,9 +360,14 @@ void TDrawSetLibrary::ApplyDelta(int AKind, const TDataPacket& ADelta, bool ADel
         QStringList Marks;
         for (int I = 0; I < Names.size(); ++I)
           Marks << QStringLiteral("?");
-        FDb->Exec(QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-                      .arg(Info.Table, Names.join(QStringLiteral(", ")), Marks.join(QStringLiteral(", "))),
-                  Values);
+        try {
+          FDb->Exec(QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                        .arg(Info.Table, Names.join(QStringLiteral(", ")), Marks.join(QStringLiteral(", "))),
+                    Values);
+        } catch (const EDatabaseConflict&) {
+          // added by another connection between the check and the insert
+          throw ESaveConflict(QStringLiteral("%1已被其他用户添加").arg(RowName(AKind, Key)));
+        }
         break;
       }
       case TUpdateStatus::usModified: {
@@ -319,7 +406,7 @@ TServerStatus TDrawSetLibrary::SaveDrawSets(const TDrawSetDeltas& ADeltas, int A
   AErrMsg.clear();
   return Guard([&] {
     try {
-      TSqliteTransaction T(*FDb);
+      TLibraryTransaction T(*FDb);
       // deletions first, children before parents; then the rest, parents first
       for (int K = 3; K >= 1; --K)
         if (!ADeltas[K].IsNull())
@@ -331,6 +418,8 @@ TServerStatus TDrawSetLibrary::SaveDrawSets(const TDrawSetDeltas& ADeltas, int A
       AResult = true;
     } catch (const ESaveConflict& E) {
       AErrMsg = QStringLiteral("保存失败：%1。本次保存没有写入任何数据，请重新打开图集后再修改。").arg(E.Message());
+    } catch (const EDatabaseConflict&) {
+      AErrMsg = QStringLiteral("保存失败：图集已被其他用户同时修改。本次保存没有写入任何数据，请重新打开图集后再修改。");
     } catch (const EDatabaseError& E) {
       AErrMsg = QStringLiteral("保存失败，本次保存没有写入任何数据：%1").arg(E.Message());
     }
@@ -394,7 +483,7 @@ QVector<QPair<int, int>> TDrawSetLibrary::CommonBarPics() {
 }
 
 void TDrawSetLibrary::SetCommonBarPics(const QVector<QPair<int, int>>& AList) {
-  TSqliteTransaction T(*FDb);
+  TLibraryTransaction T(*FDb);
   FDb->Exec(QStringLiteral("DELETE FROM CommonBarPics"));
   for (const auto& [ID, Order] : AList)
     FDb->Exec(QStringLiteral("INSERT INTO CommonBarPics VALUES (?, ?)"), {ID, Order});

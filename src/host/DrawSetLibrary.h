@@ -1,10 +1,11 @@
 #pragma once
-// The host's draw-set library in one SQLite file, serving both data servers.
-// Saves are one transaction with an optimistic check: a row whose values as first
-// read no longer match the file refuses the whole save and nothing is written.
+// The host's draw-set library, serving both data servers from one SQLite file or from
+// a PostgreSQL database shared by a team. Saves are one transaction with an optimistic
+// check: a row whose values as first read no longer match the database refuses the
+// whole save and nothing is written.
 
+#include "LibraryDb.h"
 #include "MZTDataSvr.h"
-#include "SqliteDb.h"
 
 #include <QPair>
 
@@ -12,10 +13,13 @@
 
 class TDrawSetLibrary : public IDrawingsDataSvr, public IMZTBarInfoDataSvr {
 public:
-  // An existing library; raises EDatabaseError with a plain message otherwise.
-  static std::shared_ptr<TDrawSetLibrary> Open(const QString& AFileName);
-  // A new, empty library with the schema; the file must not exist.
-  static std::shared_ptr<TDrawSetLibrary> Create(const QString& AFileName);
+  // An existing library at a file name or a postgresql:// URI; raises EDatabaseError
+  // with a plain message otherwise.
+  static std::shared_ptr<TDrawSetLibrary> Open(const QString& ALocation);
+  // A new, empty library with the schema: the file must not exist, the database must
+  // not hold a library (AReplace drops one, inside the caller's transaction if any).
+  static std::shared_ptr<TDrawSetLibrary> Create(const QString& ALocation, bool AReplace = false);
+  static std::shared_ptr<TDrawSetLibrary> Create(std::unique_ptr<TLibraryDb>&& ADb, bool AReplace = false);
 
   QString LastErrorText() const override { return FLastError; }
 
@@ -41,19 +45,26 @@ public:
   QStringList DiamDictNames();
   QByteArray DiamDictJson(const QString& AName);
 
-  TSqliteDb& Db() { return *FDb; }
+  TLibraryDb& Db() { return *FDb; }
+  // Every row of every table into ATarget, a new library of the same version (its
+  // own format rows stay).
+  // Returns the number of rows copied.
+  qint64 CopyRowsTo(TDrawSetLibrary& ATarget);
+
+  // The tables, parents before children.
+  static const QStringList& TableNames();
 
   static const QStringList& CalcProgramColumns();
   static const QStringList& VectorDrawingColumns();
   static const QStringList& BarInfoColumns();
 
 private:
-  explicit TDrawSetLibrary(std::unique_ptr<TSqliteDb> ADb) : FDb(std::move(ADb)) {}
+  explicit TDrawSetLibrary(std::unique_ptr<TLibraryDb> ADb);
   template <class F>
   TServerStatus Guard(F&& ACall);
   void ApplyDelta(int AKind, const TDataPacket& ADelta, bool ADeletes);
 
-  std::unique_ptr<TSqliteDb> FDb;
+  std::unique_ptr<TLibraryDb> FDb;
   QString FLastError;
 };
 

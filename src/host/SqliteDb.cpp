@@ -182,14 +182,15 @@ TDataPacket TSqliteDb::Query(const QString& ASql, const QVector<QVariant>& APara
   return P;
 }
 
-TSqliteTransaction::TSqliteTransaction(TSqliteDb& ADb) : FDb(ADb) { FDb.Exec(QStringLiteral("BEGIN IMMEDIATE")); }
-
-TSqliteTransaction::~TSqliteTransaction() {
-  if (!FDone)
-    sqlite3_exec(FDb.Handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+QStringList TSqliteDb::TableColumns(const QString& ATable) {
+  QStringList R;
+  TSqliteStatement S(FDb, QStringLiteral("PRAGMA table_info(%1)").arg(ATable));
+  while (S.Step())
+    R << S.Column(1).toString();
+  return R;
 }
 
-void TSqliteTransaction::Commit() {
-  FDb.Exec(QStringLiteral("COMMIT"));
-  FDone = true;
+bool TSqliteDb::HasTable(const QString& ATable) {
+  return !Scalar(QStringLiteral("SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = ? COLLATE NOCASE"), {ATable})
+              .isNull();
 }

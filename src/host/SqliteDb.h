@@ -2,7 +2,7 @@
 // A thin owner of an SQLite connection and its statements; errors raise
 // EDatabaseError with SQLite's own text.
 
-#include "ClientDataSet.h"
+#include "LibraryDb.h"
 
 #include <QString>
 #include <QVariant>
@@ -33,38 +33,34 @@ private:
   QString FSql;
 };
 
-class TSqliteDb {
+class TSqliteDb : public TLibraryDb {
 public:
   // Opens (AllowCreate: or creates) the file; raises EDatabaseError when it cannot.
   TSqliteDb(const QString& AFileName, bool AAllowCreate);
-  ~TSqliteDb();
+  ~TSqliteDb() override;
   TSqliteDb(const TSqliteDb&) = delete;
   TSqliteDb& operator=(const TSqliteDb&) = delete;
 
-  void Exec(const QString& ASql);
-  void Exec(const QString& ASql, const QVector<QVariant>& AParams);
-  // The first column of the first row, or a null value.
-  QVariant Scalar(const QString& ASql, const QVector<QVariant>& AParams = {});
-  // The rows of a query as a packet; field types from ATypes by column name, else
-  // from the first non-null value (text when all are null).
+  void Exec(const QString& ASql) override;
+  void Exec(const QString& ASql, const QVector<QVariant>& AParams) override;
+  QVariant Scalar(const QString& ASql, const QVector<QVariant>& AParams = {}) override;
+  // Without a declared type, a column's type comes from its first non-null value
+  // (text when all are null).
   TDataPacket Query(const QString& ASql, const QVector<QVariant>& AParams = {},
-                    const QVector<TFieldDef>& ATypes = {});
+                    const QVector<TFieldDef>& ATypes = {}) override;
+  QStringList TableColumns(const QString& ATable) override;
+  bool HasTable(const QString& ATable) override;
+  QString Location() const override { return FFileName; }
+  QString BlobType() const override { return QStringLiteral("BLOB"); }
+
   sqlite3* Handle() const { return FDb; }
   const QString& FileName() const { return FFileName; }
+
+protected:
+  // Writers queue at the start, so a check made inside the transaction holds to its end.
+  QString BeginSql() const override { return QStringLiteral("BEGIN IMMEDIATE"); }
 
 private:
   sqlite3* FDb = nullptr;
   QString FFileName;
-};
-
-// BEGIN IMMEDIATE on construction; ROLLBACK unless Commit was called.
-class TSqliteTransaction {
-public:
-  explicit TSqliteTransaction(TSqliteDb& ADb);
-  ~TSqliteTransaction();
-  void Commit();
-
-private:
-  TSqliteDb& FDb;
-  bool FDone = false;
 };

@@ -90,13 +90,13 @@ TEST_F(LibraryCommandsTest, BadInputGivesPlainErrors) {
     const char* Err;
   } Cases[] = {
       {{S("init"), S("%1")}, 1, "文件已存在"},
-      {{S("init")}, 2, "init takes one FILE"},
+      {{S("init")}, 2, "init takes one LIBRARY"},
       {{S("list"), S("%1"), S("--region"), S("12")}, 2, "区域代码 12 没有对应的计算规则"},
       {{S("list"), S("%1"), S("--region"), S("x")}, 2, "--region takes a whole number"},
       {{S("list"), S("%1"), S("--bogus")}, 2, "unknown option '--bogus'"},
       {{S("list"), S("%2")}, 1, "不是图集库文件"},
       {{S("show"), S("%1"), S("99")}, 1, "图集 99 不存在"},
-      {{S("show"), S("%1"), S("abc")}, 2, "show takes FILE and a draw-set ID"},
+      {{S("show"), S("%1"), S("abc")}, 2, "show takes LIBRARY and a draw-set ID"},
       {{S("export"), S("%1"), S("99"), S("%3")}, 1, "图集 99 不存在"},
       {{S("import"), S("%1"), S("%2")}, 2, "--name NAME is required"},
       {{S("import"), S("%1"), S("%2"), S("--name"), S("x")}, 1, "error: "},
