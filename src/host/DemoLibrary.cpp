@@ -524,8 +524,9 @@ void BuildLibrary(const QString& ALocation, bool AForce, const std::function<voi
   if (IsServerLocation(ALocation)) {
     std::unique_ptr<TLibraryDb> Db = ConnectLibraryDb(ALocation, false);
     TLibraryDb& Ref = *Db;
+    std::shared_ptr<TDrawSetLibrary> Library;  // outlives the transaction: it owns the connection
     TLibraryTransaction T(Ref);
-    std::shared_ptr<TDrawSetLibrary> Library = TDrawSetLibrary::Create(std::move(Db), AForce);
+    Library = TDrawSetLibrary::Create(std::move(Db), AForce);
     AFill(*Library);
     T.Commit();
     return;

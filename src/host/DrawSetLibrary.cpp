@@ -149,8 +149,7 @@ void CheckLibrary(TLibraryDb& ADb, const QString& AName) {
     throw EDatabaseError(NotOurs);
   if (Version.toInt() != kSchemaVersion)
     throw EDatabaseError(QStringLiteral("图集库 %1 的版本 %2 不受支持（本程序支持版本 %3）")
-                             .arg(Server ? ADb.Location() : AName, Version.toString())
-                             .arg(kSchemaVersion));
+                             .arg(Server ? ADb.Location() : AName, Version.toString(), QString::number(kSchemaVersion)));
 }
 
 }  // namespace

@@ -117,10 +117,10 @@ int Init(const QStringList& AArgs, TDseIO& AIO) {
     return UsageError(AIO, S("init"), S("init takes one LIBRARY"));
   CreateDemoLibrary(A.Positional[0], A.Force);
   auto Lib = TDrawSetLibrary::Open(A.Positional[0]);
+  // one arg() call: a URI's %2F must not be taken for a placeholder
   AIO.Out << S("created %1: %2 draw sets, %3 bar pictures\n")
-                 .arg(A.Positional[0])
-                 .arg(DataSvr::GetDrawSets(*Lib).Rows.size())
-                 .arg(DataSvr::GetBarPics(*Lib).Rows.size());
+                 .arg(Lib->Db().Location(), QString::number(DataSvr::GetDrawSets(*Lib).Rows.size()),
+                      QString::number(DataSvr::GetBarPics(*Lib).Rows.size()));
   return ecOk;
 }
 
@@ -258,7 +258,8 @@ int Import(const QStringList& AArgs, TDseIO& AIO) {
     Deltas[1] = SetDS.Delta();
     QString Refusal;
     if (DataSvr::SaveDrawSets(*Lib, Deltas, CalcRuleID, Refusal)) {
-      AIO.Out << S("imported %1 as draw set %2 (%3 items)\n").arg(A.Positional[1]).arg(New->ID()).arg(Drawing.Count());
+      AIO.Out << S("imported %1 as draw set %2 (%3 items)\n")
+                     .arg(A.Positional[1], QString::number(New->ID()), QString::number(Drawing.Count()));
       return ecOk;
     }
     if (!Refusal.contains(S("已被其他用户添加")) || Attempt >= 50) {
@@ -277,10 +278,9 @@ int CopyLib(const QStringList& AArgs, TDseIO& AIO) {
   const qint64 Rows = CopyLibrary(A.Positional[0], A.Positional[1], A.Force);
   auto Target = TDrawSetLibrary::Open(A.Positional[1]);
   AIO.Out << S("copied %1 rows to %2: %3 draw sets, %4 bar pictures\n")
-                 .arg(Rows)
-                 .arg(Target->Db().Location())
-                 .arg(DataSvr::GetDrawSets(*Target).Rows.size())
-                 .arg(DataSvr::GetBarPics(*Target).Rows.size());
+                 .arg(QString::number(Rows), Target->Db().Location(),
+                      QString::number(DataSvr::GetDrawSets(*Target).Rows.size()),
+                      QString::number(DataSvr::GetBarPics(*Target).Rows.size()));
   return ecOk;
 }
 

@@ -1,6 +1,7 @@
 #include "PgDb.h"
 
 #include <QUrl>
+#include <QUrlQuery>
 
 #include <libpq-fe.h>
 
@@ -64,10 +65,17 @@ QVariant Decode(const PGresult* R, int ARow, int ACol, TFieldType AType) {
 
 QString TPgDb::MaskedUri(const QString& AUri) {
   QUrl U(AUri);
-  if (!U.isValid() || U.password().isEmpty())
-    return AUri;
-  U.setPassword(QStringLiteral("***"));
-  return U.toString();
+  if (!U.isValid())
+    return QStringLiteral("（无法解析的连接地址）");
+  if (!U.password().isEmpty())
+    U.setPassword(QStringLiteral("***"));
+  QUrlQuery Q(U);
+  if (Q.hasQueryItem(QStringLiteral("password"))) {
+    Q.removeAllQueryItems(QStringLiteral("password"));
+    Q.addQueryItem(QStringLiteral("password"), QStringLiteral("***"));
+    U.setQuery(Q);
+  }
+  return U.toString(QUrl::PrettyDecoded);
 }
 
 QByteArray TPgDb::NumberedParams(const QString& ASql) {
@@ -154,7 +162,11 @@ TResult Run(pg_conn* AConn, const QString& ASql, const QVector<QVariant>& AParam
         Data[I] = V.toByteArray();
         Formats[I] = 1;  // raw bytes for bytea
         break;
-      default: Data[I] = V.toString().toUtf8();
+      default:
+        Data[I] = V.toString().toUtf8();
+        // text goes as a C string: a NUL would cut it short without a word
+        if (Data[I].contains('\0'))
+          throw EDatabaseError(QStringLiteral("数据库语句执行失败：文本中含有空字符（U+0000），图集库服务器不能保存"));
     }
     Values[I] = Data[I].constData();
     Lengths[I] = int(Data[I].size());

@@ -1,5 +1,6 @@
 #include "DrawSetLibrary.h"
 #include "DseTestRun.h"
+#include "LibraryBackends.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -17,21 +18,25 @@ TDseResult Dse(const QStringList& AArgs) { return RunDse(AArgs); }
 
 QString S(const char* AText) { return QString::fromUtf8(AText); }
 
-class LibraryCommandsTest : public testing::Test {
+class LibraryCommandsTest : public testing::TestWithParam<TBackend> {
 protected:
   void SetUp() override {
     ASSERT_TRUE(Dir.isValid());
-    Lib = Dir.filePath(S("demo.db"));
+    if (GetParam() == TBackend::Postgres)
+      DSE_REQUIRE_POSTGRES();
+    Lib = NewLibraryLocation(GetParam(), Dir, S("demo"));
+    ASSERT_FALSE(Lib.isEmpty());
     const TDseResult R = Dse({S("init"), Lib});
     ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
   }
+  bool Server() const { return GetParam() == TBackend::Postgres; }
   QTemporaryDir Dir;
   QString Lib;
 };
 
 }  // namespace
 
-TEST_F(LibraryCommandsTest, InitListShow) {
+TEST_P(LibraryCommandsTest, InitListShow) {
   TDseResult R = Dse({S("list"), Lib});
   ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
   const QStringList Lines = R.Out.trimmed().split(u'\n');
@@ -57,7 +62,7 @@ TEST_F(LibraryCommandsTest, InitListShow) {
   EXPECT_TRUE(R.Out.contains(S("do i<n")));
 }
 
-TEST_F(LibraryCommandsTest, ExportThenImportMakesANewDrawSet) {
+TEST_P(LibraryCommandsTest, ExportThenImportMakesANewDrawSet) {
   const QString Lvd = Dir.filePath(S("joint.lvd"));
   TDseResult R = Dse({S("export"), Lib, S("0"), Lvd});
   ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
@@ -78,7 +83,7 @@ TEST_F(LibraryCommandsTest, ExportThenImportMakesANewDrawSet) {
   EXPECT_TRUE(Dse({S("list"), Lib}).Out.contains(S("6\t梁柱节点\t复制的节点\t0\t0")));
 }
 
-TEST_F(LibraryCommandsTest, BadInputGivesPlainErrors) {
+TEST_P(LibraryCommandsTest, BadInputGivesPlainErrors) {
   const QString Lvd = Dir.filePath(S("x.lvd"));
   QFile F(Lvd);
   ASSERT_TRUE(F.open(QIODevice::WriteOnly));
@@ -89,7 +94,7 @@ TEST_F(LibraryCommandsTest, BadInputGivesPlainErrors) {
     int Code;
     const char* Err;
   } Cases[] = {
-      {{S("init"), S("%1")}, 1, "文件已存在"},
+      {{S("init"), S("%1")}, 1, Server() ? "中已有图集库（用 --force 替换）" : "文件已存在"},
       {{S("init")}, 2, "init takes one LIBRARY"},
       {{S("list"), S("%1"), S("--region"), S("12")}, 2, "区域代码 12 没有对应的计算规则"},
       {{S("list"), S("%1"), S("--region"), S("x")}, 2, "--region takes a whole number"},
@@ -107,8 +112,7 @@ TEST_F(LibraryCommandsTest, BadInputGivesPlainErrors) {
   for (const auto& C : Cases) {
     QStringList Args;
     for (const QString& A : C.Args)
-      Args << QString(A).replace(S("%1"), Lib).replace(S("%2"), Lvd).replace(S("%3"), Dir.filePath(S("o.lvd")))
-                  .replace(S("%4"), Good);
+      Args << (A == S("%1") ? Lib : A == S("%2") ? Lvd : A == S("%3") ? Dir.filePath(S("o.lvd")) : A == S("%4") ? Good : A);
     SCOPED_TRACE(Args.join(u' ').toStdString());
     const TDseResult R = Dse(Args);
     EXPECT_EQ(R.Code, C.Code);
@@ -118,7 +122,8 @@ TEST_F(LibraryCommandsTest, BadInputGivesPlainErrors) {
   EXPECT_EQ(Dse({S("init"), Lib, S("--force")}).Code, 0);
 }
 
-TEST_F(LibraryCommandsTest, WrongKindsOfLibraryFilesAreNamed) {
+TEST(LibraryFileCommandsTest, WrongKindsOfLibraryFilesAreNamed) {
+  QTemporaryDir Dir;
   const struct {
     QString Path;
     const char* Err;
@@ -134,7 +139,7 @@ TEST_F(LibraryCommandsTest, WrongKindsOfLibraryFilesAreNamed) {
   }
 }
 
-TEST_F(LibraryCommandsTest, NamesCannotForgeRows) {
+TEST_P(LibraryCommandsTest, NamesCannotForgeRows) {
   const QString Out = Dir.filePath(S("d.lvd"));
   ASSERT_EQ(Dse({S("export"), Lib, S("1"), Out}).Code, 0);
   const TDseResult R = Dse({S("import"), Lib, Out, S("--name"), S("a\tb\nc")});
@@ -148,7 +153,7 @@ TEST_F(LibraryCommandsTest, NamesCannotForgeRows) {
   EXPECT_TRUE(L.Out.contains(S("\ta\\tb\\nc\\\\\t"))) << L.Out.toStdString();
 }
 
-TEST_F(LibraryCommandsTest, ConcurrentImportsAllLand) {
+TEST_P(LibraryCommandsTest, ConcurrentImportsAllLand) {
   const QString In = Dir.filePath(S("d.lvd"));
   ASSERT_EQ(Dse({S("export"), Lib, S("1"), In}).Code, 0);
   std::vector<std::unique_ptr<QProcess>> Runs;
@@ -162,4 +167,151 @@ TEST_F(LibraryCommandsTest, ConcurrentImportsAllLand) {
   }
   const TDseResult L = Dse({S("list"), Lib});
   EXPECT_EQ(L.Out.trimmed().split(u'\n').size(), 1 + 6 + 8);
+}
+
+INSTANTIATE_TEST_SUITE_P(Backends, LibraryCommandsTest, DSE_BACKENDS);
+
+namespace {
+
+class LibraryServerTest : public testing::Test {
+protected:
+  void SetUp() override {
+    ASSERT_TRUE(Dir.isValid());
+    DSE_REQUIRE_POSTGRES();
+  }
+  TPgTestServer& Pg() { return TPgTestServer::Shared(); }
+  QTemporaryDir Dir;
+};
+
+// The text of every server answer, field names and types included.
+QString Answers(TDrawSetLibrary& ALib) {
+  const auto Text = [](const TDataPacket& P) {
+    QString T;
+    for (const TFieldDef& F : P.Fields) T += F.Name + u':' + QString::number(int(F.DataType)) + u' ';
+    for (const TPacketRow& R : P.Rows) {
+      T += u'\n';
+      for (const QVariant& V : R.Values)
+        T += (V.isNull() ? S("<null>") : V.typeId() == QMetaType::QByteArray ? QString::number(qHash(V.toByteArray()))
+                                                                          : V.toString() + u'/' + QString::number(V.typeId())) + u'|';
+    }
+    return T + u'\n';
+  };
+  QString All = Text(DataSvr::GetDrawSetTypes(ALib)) + Text(DataSvr::GetDrawSets(ALib)) +
+                Text(DataSvr::GetDrawSetBars(ALib, -1)) + Text(DataSvr::GetBarClasses(ALib)) +
+                Text(DataSvr::GetBarPics(ALib)) + Text(DataSvr::GetBendTypes(ALib)) +
+                Text(DataSvr::GetHookTypes(ALib)) + Text(DataSvr::GetCustomBarPicTypes(ALib)) +
+                QString::number(DataSvr::GetMaxBarPicID(ALib));
+  for (int ID = 0; ID < 6; ++ID)
+    All += Text(DataSvr::GetDrawSetBars(ALib, ID)) + Text(DataSvr::GetDrawSetParams(ALib, ID, 8)) +
+           Text(DataSvr::GetDrawSetParams(ALib, ID, 0));
+  for (int Pic : {1, 536, 10001})
+    All += Text(DataSvr::GetBarPicParams(ALib, Pic));
+  return All;
+}
+
+}  // namespace
+
+TEST_F(LibraryServerTest, BothBackEndsGiveTheSameAnswers) {
+  const QString File = Dir.filePath(S("demo.db")), Uri = Pg().CreateDatabase();
+  ASSERT_EQ(Dse({S("init"), File}).Code, 0);
+  ASSERT_EQ(Dse({S("init"), Uri}).Code, 0);
+  const QString FromFile = Answers(*TDrawSetLibrary::Open(File));
+  EXPECT_GT(FromFile.size(), 10000);
+  EXPECT_EQ(Answers(*TDrawSetLibrary::Open(Uri)), FromFile);
+  EXPECT_EQ(Dse({S("show"), Uri, S("4"), S("--json")}).Out, Dse({S("show"), File, S("4"), S("--json")}).Out);
+}
+
+TEST_F(LibraryServerTest, ServerProblemsGivePlainErrors) {
+  const QString Empty = Pg().CreateDatabase();
+  const QString Newer = Pg().CreateDatabase();
+  ASSERT_EQ(Dse({S("init"), Newer}).Code, 0);
+  TDrawSetLibrary::Open(Newer)->Db().Exec(S("UPDATE LibraryInfo SET Value = '2' WHERE Key = 'Version'"));
+  const QString NewerDump = [&] {
+    // opened as a plain database: the library itself refuses it
+    return Dse({S("list"), Newer}).Err;
+  }();
+  const QString Db = DatabaseOf(Empty);
+  const QString Sock = QString::fromLatin1(QUrl::toPercentEncoding(Pg().SocketDir()));
+  const struct {
+    QString Uri;
+    const char* Err;
+  } Cases[] = {
+      {S("postgresql:///%1?host=%2").arg(Db, Dir.path()), "无法连接图集库服务器"},
+      {S("postgresql://%1:wrong-secret@/%2?host=%3").arg(TPgTestServer::PasswordUser(), Db, Sock), "password authentication failed"},
+      {Pg().Uri(Db, TPgTestServer::PasswordUser(), S("wrong-secret")), "password authentication failed"},
+      {Pg().Uri(S("no_such_database")), "database \"no_such_database\" does not exist"},
+      {Empty, "数据库中没有图集库"},
+      {Newer, "的版本 2 不受支持（本程序支持版本 1）"},
+      {S("postgresql://[bad"), "无法"},
+  };
+  const QString Lvd = Dir.filePath(S("d.lvd"));
+  const QString File = Dir.filePath(S("demo.db"));
+  ASSERT_EQ(Dse({S("init"), File}).Code, 0);
+  ASSERT_EQ(Dse({S("export"), File, S("1"), Lvd}).Code, 0);
+  for (const auto& C : Cases) {
+    SCOPED_TRACE(C.Uri.toStdString());
+    QVector<QStringList> Runs = {{S("list"), C.Uri}, {S("show"), C.Uri, S("1")}, {S("import"), C.Uri, Lvd, S("--name"), S("x")}};
+    if (C.Uri != Empty && C.Uri != Newer)
+      Runs.push_back({S("copy-library"), File, C.Uri});
+    for (const QStringList& Args : Runs) {
+      const TDseResult R = Dse(Args);
+      EXPECT_EQ(R.Code, 1) << Args[0].toStdString();
+      EXPECT_TRUE(R.Err.startsWith(S("error: ")) && R.Err.contains(S(C.Err))) << R.Err.toStdString();
+      EXPECT_FALSE(R.Err.contains(S("wrong-secret"))) << "a password was printed";
+    }
+  }
+  // nothing was created or changed
+  QString Err;
+  EXPECT_TRUE(Pg().Exec(Db, S("DO $$ BEGIN IF EXISTS (SELECT 1 FROM information_schema.tables WHERE table_schema = 'public')"
+                              " THEN RAISE EXCEPTION 'tables appeared'; END IF; END $$"), &Err)) << Err.toStdString();
+  EXPECT_EQ(Dse({S("list"), Newer}).Err, NewerDump);
+  EXPECT_TRUE(Pg().Exec(DatabaseOf(Newer), S("DO $$ BEGIN IF (SELECT count(*) FROM DrawSets) <> 6"
+                                              " THEN RAISE EXCEPTION 'draw sets changed'; END IF; END $$"), &Err)) << Err.toStdString();
+}
+
+TEST_F(LibraryServerTest, CopyLibraryBothWaysKeepsEveryRow) {
+  const QString File = Dir.filePath(S("demo.db")), Back = Dir.filePath(S("back.db")), Uri = Pg().CreateDatabase();
+  ASSERT_EQ(Dse({S("init"), File}).Code, 0);
+  ASSERT_EQ(Dse({S("import"), File, Dir.filePath(S("none.lvd")), S("--name"), S("x")}).Code, 1);
+  TDrawSetLibrary::Open(File)->Db().Exec(S("INSERT INTO LibraryInfo VALUES ('Note', '团队库')"));
+  TDseResult R = Dse({S("copy-library"), File, Uri});
+  ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
+  EXPECT_TRUE(R.Out.contains(S("6 draw sets, 34 bar pictures"))) << R.Out.toStdString();
+  R = Dse({S("copy-library"), Uri, Back});
+  ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
+  const QString Original = DumpLibrary(File);
+  EXPECT_TRUE(Original.contains(S("LibraryInfo|Note|团队库")));
+  EXPECT_EQ(DumpLibrary(Uri), Original);
+  EXPECT_EQ(DumpLibrary(Back), Original);
+
+  // an existing library is replaced only with --force, and never by itself
+  R = Dse({S("copy-library"), File, Uri});
+  EXPECT_EQ(R.Code, 1);
+  EXPECT_TRUE(R.Err.contains(S("已有图集库"))) << R.Err.toStdString();
+  R = Dse({S("copy-library"), File, Back});
+  EXPECT_EQ(R.Code, 1);
+  EXPECT_TRUE(R.Err.contains(S("文件已存在"))) << R.Err.toStdString();
+  R = Dse({S("copy-library"), Uri, Uri, S("--force")});
+  EXPECT_EQ(R.Code, 1);
+  EXPECT_TRUE(R.Err.contains(S("是同一个"))) << R.Err.toStdString();
+  EXPECT_EQ(DumpLibrary(Uri), Original);
+
+  // a row the server refuses (a NUL character in text) fails the whole copy: the old
+  // library stays, a fresh database stays empty
+  TDrawSetLibrary::Open(File)->Db().Exec(S("UPDATE DrawSets SET DrawSetName = ? WHERE DrawSetID = 5"),
+                                         {S("楼梯") + QChar(0) + S("尾")});
+  const QString Fresh = Pg().CreateDatabase();
+  for (const QString& Target : {Uri, Fresh}) {
+    R = Dse({S("copy-library"), File, Target, S("--force")});
+    EXPECT_EQ(R.Code, 1);
+    EXPECT_TRUE(R.Err.contains(S("文本中含有空字符"))) << R.Err.toStdString();
+  }
+  EXPECT_EQ(DumpLibrary(Uri), Original);
+  R = Dse({S("list"), Fresh});
+  EXPECT_TRUE(R.Err.contains(S("数据库中没有图集库"))) << R.Err.toStdString();
+  // with --force a good copy replaces the library
+  TDrawSetLibrary::Open(File)->Db().Exec(S("UPDATE DrawSets SET DrawSetName = '新名' WHERE DrawSetID = 5"));
+  ASSERT_EQ(Dse({S("copy-library"), File, Uri, S("--force")}).Code, 0);
+  EXPECT_EQ(DumpLibrary(Uri), DumpLibrary(File));
+  EXPECT_TRUE(Dse({S("list"), Uri}).Out.contains(S("\t新名\t")));
 }
