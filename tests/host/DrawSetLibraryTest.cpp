@@ -17,6 +17,9 @@
 #include <QThread>
 #include <QTemporaryDir>
 
+#include <atomic>
+#include <thread>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -387,3 +390,98 @@ TEST_P(DrawSetLibraryTest, SavingAParamValueTwiceInOneRun) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Backends, DrawSetLibraryTest, DSE_BACKENDS);
+
+// Eight editors save at once, each its own draw set; four of them also change one
+// shared draw set they all read before anyone saved.
+TEST_P(DrawSetLibraryTest, EightConcurrentSavers) {
+  {
+    // three more draw sets: eight private ones and a shared one
+    auto Lib = TDrawSetLibrary::Open(File);
+    TClientDataSet SetDS, BarDS, ParamDS;
+    SetDS.SetData(DataSvr::GetDrawSets(*Lib));
+    TDrawSets Sets(&SetDS, &BarDS, &ParamDS);
+    for (int I = 0; I < 3; ++I)
+      Sets.Add(Sets.MaxID() + 1, S("附加%1").arg(I), 1, true);
+    ASSERT_TRUE(ApplyChanges(*Lib, SetDS, BarDS, ParamDS, CalcRuleID));
+  }
+  const int SharedID = 0;
+  const QString Before = Dump(File);
+  std::vector<std::unique_ptr<QProcess>> Runs;
+  for (int I = 0; I < 8; ++I) {
+    Runs.push_back(std::make_unique<QProcess>());
+    Runs.back()->start(S(DSE_RACE_HELPER), {File, QString::number(I + 1), QString::number(I < 4 ? SharedID : -1),
+                                            QString::number(I)});
+  }
+  for (auto& P : Runs) {
+    ASSERT_TRUE(P->waitForReadyRead(30000));
+    ASSERT_EQ(P->readLine().trimmed(), QByteArray("ready"));
+  }
+  for (auto& P : Runs)
+    P->write("go\n");
+  int SharedWinner = -1, Refused = 0;
+  for (int I = 0; I < 8; ++I) {
+    QProcess& P = *Runs[I];
+    ASSERT_TRUE(P.waitForFinished(60000));
+    const QStringList Lines = QString::fromUtf8(P.readAllStandardOutput()).trimmed().split(u'\n');
+    SCOPED_TRACE(Lines.join(S(" / ")).toStdString());
+    ASSERT_EQ(Lines.size(), I < 4 ? 2 : 1);
+    EXPECT_EQ(Lines[0], S("own ok"));
+    if (I < 4) {
+      if (Lines[1] == S("shared ok")) {
+        EXPECT_EQ(SharedWinner, -1) << "two conflicting saves both landed";
+        SharedWinner = I;
+      } else {
+        ++Refused;
+        EXPECT_TRUE(Lines[1].startsWith(S("shared refused 保存失败：")) &&
+                    (Lines[1].contains(S("已被其他用户修改")) || Lines[1].contains(S("同时修改"))));
+      }
+    }
+  }
+  EXPECT_NE(SharedWinner, -1);
+  EXPECT_EQ(Refused, 3);
+  auto Lib = TDrawSetLibrary::Open(File);
+  const TDataPacket Sets = DataSvr::GetDrawSets(*Lib);
+  for (int I = 0; I < 8; ++I) {
+    bool Found = false;
+    for (int R = 0; R < Sets.Rows.size(); ++R)
+      if (Sets.Value(R, S("DrawSetID")).toInt() == I + 1)
+        Found = Sets.Value(R, S("DrawSetName")).toString() == S("私有-%1").arg(I);
+    EXPECT_TRUE(Found) << "the private save of " << I << " is missing";
+  }
+  TClient Shared(File, SharedID);
+  EXPECT_EQ(Shared.DS->Name(), S("共享-%1").arg(SharedWinner));
+  EXPECT_EQ(Shared.DS->Params().GetItems(0)->Unit(), QString::number(SharedWinner));  // the whole winning save
+  // nothing else changed, and no row lost its draw set
+  QString After = Dump(File), Expected = Before;
+  EXPECT_EQ(After.count(u'\n'), Expected.count(u'\n'));
+  EXPECT_TRUE(Lib->Db().Scalar(S("SELECT COUNT(*) FROM DrawSetBars WHERE DrawSetID NOT IN (SELECT DrawSetID FROM DrawSets)"))
+                  .toInt() == 0);
+  if (GetParam() == TBackend::Sqlite)
+    EXPECT_EQ(Lib->Db().Scalar(S("PRAGMA integrity_check")).toString(), S("ok"));
+}
+
+// A save that has checked its rows but not yet committed makes a second save of the
+// same rows wait, and the second then sees the first's values and is refused.
+TEST_P(DrawSetLibraryTest, ASaveWaitsForAnOpenOneAndIsRefused) {
+  TClient A(File, 0), B(File, 0);
+  A.DS->Bars().GetItems(0)->SetBarRemark(S("A 改"));
+  B.DS->Bars().GetItems(0)->SetBarRemark(S("B 改"));
+  A.Lib->Db().Begin();  // A's save runs inside it and is not yet committed
+  ASSERT_TRUE(A.Save());
+  std::atomic<bool> Done{false};
+  bool Saved = true;
+  QString Refusal;
+  std::thread Second([&] {
+    Saved = DataSvr::SaveDrawSets(*B.Lib, {TDataPacket(), B.SetDS.Delta(), B.BarDS.Delta(), B.ParamDS.Delta()},
+                                  CalcRuleID, Refusal);
+    Done = true;
+  });
+  QThread::msleep(400);
+  EXPECT_FALSE(Done) << "the second save did not wait";
+  A.Lib->Db().Commit();
+  Second.join();
+  EXPECT_FALSE(Saved);
+  EXPECT_TRUE(Refusal.contains(S("图集 0 的钢筋 0已被其他用户修改"))) << Refusal.toStdString();
+  TClient C(File, 0);
+  EXPECT_EQ(C.DS->Bars().GetItems(0)->BarRemark(), S("A 改"));
+}
