@@ -1,6 +1,7 @@
 // `dse edit`: the editor window on a draw set of a library, played by scripts.
 
 #include "EditTestUtils.h"
+#include "LibraryBackends.h"
 
 #include <QProcess>
 #include <QTimer>
@@ -289,4 +290,18 @@ TEST_F(EditCommandsTest, SaveToFileWritesTheDrawing) {
   ASSERT_EQ(Info.Code, 0) << Info.Err.toStdString();
   EXPECT_TRUE(Info.Out.startsWith(S("format: xml"))) << Info.Out.toStdString();
   EXPECT_TRUE(Info.Out.contains(S("items: %1").arg(Show(1)[S("items")].toInt())));
+}
+
+// The window reads and saves a library on a server as it does a file.
+TEST_F(EditCommandsTest, SaveReachesALibraryOnAServer) {
+  DSE_REQUIRE_POSTGRES();
+  Lib = TPgTestServer::Shared().CreateDatabase();
+  ASSERT_EQ(RunDse({S("init"), Lib}).Code, 0);
+  const int Items = Show(1)[S("items")].toInt();
+  TDseResult R = Edit(1, S("print modified\nclose\n"));
+  EXPECT_EQ(Lines(R), (QStringList{S("modified false"), S("result 2")}));
+  R = Edit(1, S(DrawLine) + S("action acSave\nprint modified\nclose\n"));
+  ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
+  EXPECT_TRUE(R.Out.contains(S("modified false\nresult 2\n"))) << R.Out.toStdString();
+  EXPECT_EQ(Show(1)[S("items")].toInt(), Items + 1);
 }
