@@ -1,4 +1,5 @@
 #include "DseCommands.h"
+#include "CADImport.h"
 #include "LvdJson.h"
 
 #include "VDIFormat.h"
@@ -134,12 +135,54 @@ int Render(const QStringList& AArgs, TDseIO& AIO) {
   return ecOk;
 }
 
+int ImportCad(const QStringList& AArgs, TDseIO& AIO) {
+  QStringList Files;
+  QString Format = QStringLiteral("xml");
+  bool ShowProgress = false;
+  int Region = 1;
+  for (int I = 0; I < AArgs.size(); ++I) {
+    const bool HasValue = I + 1 < AArgs.size();
+    if (AArgs[I] == QLatin1String("--format") && HasValue) Format = AArgs[++I];
+    else if (AArgs[I] == QLatin1String("--region") && HasValue) {
+      if (!TryStrToInt(AArgs[++I], Region)) return UsageError(AIO, Name, QStringLiteral("--region takes a whole number"));
+    } else if (AArgs[I] == QLatin1String("--progress")) ShowProgress = true;
+    else if (AArgs[I].startsWith(QLatin1String("--"))) return UsageError(AIO, Name, QStringLiteral("unknown option '%1'").arg(AArgs[I]));
+    else Files << AArgs[I];
+  }
+  if (Files.size() != 2) return UsageError(AIO, Name, QStringLiteral("import-cad takes IN.dxf and OUT.lvd"));
+  if (Format != QLatin1String("xml") && Format != QLatin1String("bin"))
+    return UsageError(AIO, Name, QStringLiteral("--format must be xml or bin"));
+  TDxfOptions Options;
+  Options.RegionCode = Region;
+  int Shown = -1;
+  if (ShowProgress)
+    Options.Progress = [&](double APos) {
+      if (int(APos) != Shown) {
+        Shown = int(APos);
+        AIO.Err << QStringLiteral("progress %1%\n").arg(Shown);
+        AIO.Err.flush();
+      }
+    };
+  TVectorDrawing D;
+  const TDxfSummary S = ImportCADFile(Files[0], D, 0, Options);
+  for (const QString& W : S.Warnings) AIO.Err << "warning: " << W << '\n';
+  if (!D.SaveToFile(Files[1], Format == QLatin1String("xml") ? sfXML : sfBin)) {
+    AIO.Err << QStringLiteral("error: cannot write '%1'\n").arg(Files[1]);
+    return ecFailed;
+  }
+  AIO.Out << QStringLiteral("imported %1 (%2, %3 entities, %4 blocks) as %5 items on %6 layers\n")
+                 .arg(Files[0], S.Version.isEmpty() ? QStringLiteral("R12") : S.Version, QString::number(S.Entities),
+                      QString::number(S.Blocks), QString::number(D.Count()), QString::number(D.Layers().Count()));
+  return ecOk;
+}
+
 int RunLvd(const QStringList& AArgs, TDseIO& AIO) {
   if (AArgs.isEmpty()) return UsageError(AIO, Name, QStringLiteral("missing subcommand"));
   try {
     if (AArgs[0] == QLatin1String("info")) return Info(AArgs.mid(1), AIO);
     if (AArgs[0] == QLatin1String("convert")) return Convert(AArgs.mid(1), AIO);
     if (AArgs[0] == QLatin1String("render")) return Render(AArgs.mid(1), AIO);
+    if (AArgs[0] == QLatin1String("import-cad")) return ImportCad(AArgs.mid(1), AIO);
   } catch (const Exception& X) {
     AIO.Err << "error: " << X.Message() << '\n';
     return ecFailed;
@@ -154,6 +197,12 @@ void RegisterLvdCommands(TDseCommandLine& ACommands) {
                       QStringLiteral("Usage: dse lvd info FILE [--json]\n"
                                      "       dse lvd convert IN OUT --format xml|bin [--selected ID,ID...]\n"
                                      "       dse lvd render IN -o OUT.png [--size WxH] [--margin N]\n"
+                                     "       dse lvd import-cad IN.dxf OUT.lvd [--format xml|bin] [--progress] [--region N]\n"
+                                     "\n"
+                                     "import-cad reads an ASCII DXF file (R12 to current) into a drawing: layers,\n"
+                                     "blocks, lines, arcs, circles, polylines, splines, ellipses, points, texts,\n"
+                                     "solids and hatch boundaries, in millimetres. --progress prints the progress\n"
+                                     "on stderr. DWG and binary DXF files are refused.\n"
                                      "\n"
                                      "Files in either form load (the form is detected). A file that does not load\n"
                                      "prints the drawing error on stderr and exits with 1.\n"),

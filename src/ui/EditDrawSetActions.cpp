@@ -101,7 +101,7 @@ void TEditDrawSetForm::CreateActions() {
       {"acSave", "保存(&S)", "Ctrl+S", -1, false, true, false},
       {"acExit", "退出(&X)", "", -1, false, true, false},
       {"acSelDrawSet", "选择图集(&C)", "", -1, false, true, false},
-      {"acImport", "导入DWG文件(&I)...", "", -1, false, false, false},
+      {"acImport", "导入DWG文件(&I)...", "", -1, false, true, false},
       {"acSaveToFile", "另存到文件(&F)", "", -1, false, false, false},
       {"acViewID", "查看图元ID(&I)", "", -2, false, false, false},
       {"acInitialize", "初始化(&I)", "", -1, false, true, false},
@@ -151,7 +151,6 @@ QAction* TEditDrawSetForm::AddAction(const TActionDef& D) {
     FCommandOf.insert(A, D.Command);
     Available = FindVDECommand(D.Command) != nullptr;
   }
-  if (Name == QLatin1String("acImport")) Available = false;
   FAvailable.insert(Name, Available);
   SetActionEnabled(A, Available);
 

@@ -1,5 +1,6 @@
 #include "EditDrawSetFrm.h"
 
+#include "CADImport.h"
 #include "ChooseBZTJ.h"
 #include "DrawSetBarsFram.h"
 #include "MZTChooseBarPicFrm.h"
@@ -27,6 +28,8 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QProgressDialog>
+#include <QFileInfo>
 #include <QResizeEvent>
 #include <QSplitter>
 #include <QStatusBar>
@@ -363,6 +366,7 @@ void TEditDrawSetForm::RunAction(const QString& AName) {
     else if (AName == QLatin1String("acInitialize")) DoInitialize();
     else if (AName == QLatin1String("acFindParam")) DoFindParam();
     else if (AName == QLatin1String("acSaveToFile")) DoSaveToFile();
+    else if (AName == QLatin1String("acImport")) DoImport();
     UpdateActions();
   });
 }
@@ -467,6 +471,56 @@ void TEditDrawSetForm::DoSaveToFile() {
     ~TRestore() { QApplication::restoreOverrideCursor(); }
   } Restore;
   Editor().GetVectorDrawing().SaveToFile(File, Filter == 2 ? sfBin : sfXML, false);
+}
+
+void TEditDrawSetForm::DoImport() {
+  QString File;
+  if (!Dialogs().OpenFileDialog(QStringLiteral("打开矢量图文件"),
+                                QStringLiteral("AutoCAD文件(*.DXF)|*.DXF|矢量图文件(*.LVD)|*.LVD|所有文件(*.*)|*.*"), File))
+    return;
+  TVectorDrawing& D = Editor().GetVectorDrawing();
+  if (D.Count() > 0 &&
+      ShowConfirmBox(QStringLiteral("导入DWG文件会清除已经存在图元，是否继续？"), mbYesNo) != mrYes)
+    return;
+  FBarsFrame->CancelEditor();
+  SetCurDSType(dsNormal);
+  QStringList Warnings;
+  {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    struct TRestore {
+      ~TRestore() { QApplication::restoreOverrideCursor(); }
+    } Restore;
+    if (!QFileInfo::exists(File)) return;
+    Editor().Execute(cmdUndoReset, 0);
+    if (IsCADFileName(File)) {
+      // a large file shows its progress; the read and the walk each take half the bar
+      std::unique_ptr<QProgressDialog> Bar;
+      TDxfOptions Options;
+      Options.RegionCode = RegionCode;
+      if (QFileInfo(File).size() > 1024 * 1024) {
+        Bar = std::make_unique<QProgressDialog>(QStringLiteral("正在导入 %1").arg(QFileInfo(File).fileName()), QString(),
+                                                0, 100, this);
+        Bar->setWindowModality(Qt::WindowModal);
+        Bar->setMinimumDuration(0);
+        Bar->setValue(0);
+        Options.Progress = [&Bar, this](double APos) {
+          Bar->setValue(int(APos));
+          ++FImportProgressSteps;
+          QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        };
+      }
+      Warnings = ImportCADFile(File, D, 0, Options).Warnings;
+    } else {
+      D.LoadFromFile(File);
+    }
+    Editor().Execute(cmdZoomAll, 0);
+  }
+  if (TDrawSet* DS = FSession->DrawSet()) DS->Clear(true);
+  FBarsFrame->Refresh();
+  Editor().RefreshDrawing();
+  UpdateEditActions();
+  if (!Warnings.isEmpty())
+    ShowHintBox(QStringLiteral("导入完成，以下内容没有导入：\n") + Warnings.join(u'\n'));
 }
 
 // ---- combo boxes -----------------------------------------------------------------

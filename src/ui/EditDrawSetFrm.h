@@ -34,6 +34,8 @@ class TVectorDrawingEditor;
 class TEditDrawSetForm : public QMainWindow {
   Q_OBJECT
 public:
+  // How often the last imports moved their progress bar (files over 1 MB show one).
+  int ImportProgressSteps() const { return FImportProgressSteps; }
   // ADrawSetID is not opened here: LoadDrawSet does that.
   TEditDrawSetForm(QWidget* AOwner, int ADrawSetID, IMZTBarInfoDataSvr* ASysDataSvr,
                    IDrawingsDataSvr* ADrawingsDataSvr, const QString& ASettingsFile = QString());
@@ -114,6 +116,7 @@ private:
   void DoInitialize();
   void DoFindParam();
   void DoSaveToFile();
+  void DoImport();
 
   IMZTBarInfoDataSvr* FSysDataSvr;
   IDrawingsDataSvr* FDrawingsDataSvr;
@@ -143,6 +146,7 @@ private:
 
   std::array<double, 5> FResetView{};  // the transform ResetView set
   int FModalResult = 0;
+  int FImportProgressSteps = 0;
   bool FAborted = false;
   std::exception_ptr FFatalError;
   class QEventLoop* FModalLoop = nullptr;

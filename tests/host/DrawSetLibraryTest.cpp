@@ -456,8 +456,9 @@ TEST_P(DrawSetLibraryTest, EightConcurrentSavers) {
   EXPECT_EQ(After.count(u'\n'), Expected.count(u'\n'));
   EXPECT_TRUE(Lib->Db().Scalar(S("SELECT COUNT(*) FROM DrawSetBars WHERE DrawSetID NOT IN (SELECT DrawSetID FROM DrawSets)"))
                   .toInt() == 0);
-  if (GetParam() == TBackend::Sqlite)
+  if (GetParam() == TBackend::Sqlite) {
     EXPECT_EQ(Lib->Db().Scalar(S("PRAGMA integrity_check")).toString(), S("ok"));
+  }
 }
 
 // A save that has checked its rows but not yet committed makes a second save of the

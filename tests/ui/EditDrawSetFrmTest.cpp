@@ -61,7 +61,7 @@ TEST_F(TFormTest, ActionsCarryTheirCaptionsKeysAndVisibility) {
       {"acPanLeft", "左移(&L)", "Ctrl+Left", true},     {"acRedo", "重复(&P)", "Ctrl+Shift+Z", false},
       {"acUndo", "撤销(&U)", "Ctrl+Z", false},          {"acSave", "保存(&S)", "Ctrl+S", true},
       {"acGridSetting", "设置网格(&G)...", "", true},   {"acEditTabOrder", "编辑跳转顺序", "", true},
-      {"acImport", "导入DWG文件(&I)...", "", false},    {"acSaveToFile", "另存到文件(&F)", "", false},
+      {"acImport", "导入DWG文件(&I)...", "", true},    {"acSaveToFile", "另存到文件(&F)", "", false},
       {"acViewID", "查看图元ID(&I)", "", false},        {"acOffset", "偏移(&O)", "", false},
       {"acRepeatCmd", "重复上次命令(&H)", "", false},   {"acSelectAll", "全选(&A)", "Ctrl+A", true},
   };
@@ -76,7 +76,8 @@ TEST_F(TFormTest, ActionsCarryTheirCaptionsKeysAndVisibility) {
   EXPECT_EQ(Form->windowTitle(), S("图集编辑器"));
   EXPECT_FALSE(Form->Action(S("acDrawLine"))->icon().isNull());
   // Adding bars waits for the panel to show; the import stays off by design.
-  for (const char* Name : {"acAddBar", "acDeleteBar", "acDebug", "acImport"}) EXPECT_FALSE(On(Name)) << Name;
+  for (const char* Name : {"acAddBar", "acDeleteBar", "acDebug"}) EXPECT_FALSE(On(Name)) << Name;
+  EXPECT_TRUE(On("acImport"));
   EXPECT_TRUE(On("acShowBars"));
   EXPECT_TRUE(On("acEditTabOrder"));
 }
