@@ -567,7 +567,9 @@ void TParser::Hatch(const TGroups& G, TEnt& AEnt) {
     const int N = std::max(2, int(std::ceil(Sweep / (M_PI / 32))));
     for (int K = 0; K <= N; ++K) {
       const double T = S + (Ccw ? 1 : -1) * Sweep * K / N;
-      L.push_back({CX + R * std::cos(T), CY + R * std::sin(T), 0});
+      const TVtx P{CX + R * std::cos(T), CY + R * std::sin(T), 0};
+      if (K == 0 && !L.empty() && std::hypot(L.back().X - P.X, L.back().Y - P.Y) <= 1e-9 * std::max(1.0, R)) continue;
+      L.push_back(P);
     }
   };
   try {
@@ -590,7 +592,8 @@ void TParser::Hatch(const TGroups& G, TEnt& AEnt) {
           const int Type = Int(Expect(72));
           if (Type == 1) {
             const double X1 = Num(Expect(10)), Y1 = Num(Expect(20)), X2 = Num(Expect(11)), Y2 = Num(Expect(21));
-            Loop.push_back({X1, Y1, 0});
+            // edges meet end to start: each point once
+            if (Loop.empty() || Loop.back().X != X1 || Loop.back().Y != Y1) Loop.push_back({X1, Y1, 0});
             Loop.push_back({X2, Y2, 0});
           } else if (Type == 2) {
             const double CX = Num(Expect(10)), CY = Num(Expect(20)), R = Num(Expect(40)), A0 = Num(Expect(50)),

@@ -156,6 +156,9 @@ private:
   // A path of points and bulges into the converter's polyline, arcs kept where the
   // transform keeps circles, else turned into points.
   void Path(const std::vector<TVtx>& APts, bool AClosed, const TXf& AXf, TKRNLines2d& AOut) const {
+    // a path that ends where it starts is closed already
+    if (AClosed && APts.size() > 1 && APts.back().X == APts.front().X && APts.back().Y == APts.front().Y)
+      AClosed = false;
     const bool Similar = AXf.Similar();
     const bool Flip = AXf.Det() < 0;
     const size_t N = APts.size();
