@@ -53,9 +53,11 @@ public:
     CodeLine = Trimmed(CodeLine);
     int C = 0;
     const auto [End, Ec] = std::from_chars(CodeLine.data(), CodeLine.data() + CodeLine.size(), C);
-    if (Ec != std::errc() || End != CodeLine.data() + CodeLine.size() || CodeLine.empty())
+    if (Ec != std::errc() || End != CodeLine.data() + CodeLine.size() || CodeLine.empty()) {
+      if (FP >= FEnd) Fail(FLine, QStringLiteral("文件意外结束（文件不完整）"));
       Fail(FLine, QStringLiteral("组码“%1”不是整数（文件损坏或不是 DXF 文件）")
                       .arg(QString::fromLatin1(CodeLine.data(), qsizetype(std::min<size_t>(CodeLine.size(), 40)))));
+    }
     if (!ReadLine(Value))
       Fail(FLine, QStringLiteral("组码 %1 之后文件意外结束（文件不完整）").arg(C));
     if (!Value.empty() && Value.back() == '\r') Value.remove_suffix(1);

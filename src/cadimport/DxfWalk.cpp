@@ -289,7 +289,8 @@ private:
     const TKRNVector2d P = Xf(X, Y);
     const TKRNVector2d Dir = Xf(X + std::cos(Rot), Y + std::sin(Rot));
     const TKRNVector2d Up = Xf(X - std::sin(Rot), Y + std::cos(Rot));
-    const double Height = E.A[2] * std::hypot(Up.X - P.X, Up.Y - P.Y);
+    // a height 2.5 stays 2.5 through a rotation, not 2.5000000001
+    const double Height = std::round(E.A[2] * (Xf.Similar() ? Xf.Scale() : std::hypot(Up.X - P.X, Up.Y - P.Y)) * 1e9) / 1e9;
     Count();
     FConv.BuildText(ALayer, AText, AColor, P, E.Kind == TKind::Text ? E.A[4] : 1.0, Height,
                     std::atan2(Dir.Y - P.Y, Dir.X - P.X), H, V, -1, -1, FConv.GetCurrentScale());
