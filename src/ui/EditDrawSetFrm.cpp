@@ -485,7 +485,8 @@ void TEditDrawSetForm::DoImport() {
   FBarsFrame->CancelEditor();
   SetCurDSType(dsNormal);
   QStringList Warnings;
-  {
+  // a file that cannot be read is said in an error box and the drawing stays as it was
+  try {
     QApplication::setOverrideCursor(Qt::WaitCursor);
     struct TRestore {
       ~TRestore() { QApplication::restoreOverrideCursor(); }
@@ -514,6 +515,11 @@ void TEditDrawSetForm::DoImport() {
       D.LoadFromFile(File);
     }
     Editor().Execute(cmdZoomAll, 0);
+  } catch (const Exception& E) {
+    ShowErrorBox(E.Message());
+    Editor().RefreshDrawing();
+    UpdateEditActions();
+    return;
   }
   if (TDrawSet* DS = FSession->DrawSet()) DS->Clear(true);
   FBarsFrame->Refresh();

@@ -305,3 +305,33 @@ TEST_F(EditCommandsTest, SaveReachesALibraryOnAServer) {
   EXPECT_TRUE(R.Out.contains(S("modified false\nresult 2\n"))) << R.Out.toStdString();
   EXPECT_EQ(Show(1)[S("items")].toInt(), Items + 1);
 }
+
+// The import action: a DXF file replaces the drawing, after the question; the undo list
+// starts again and the bars go; a DWG file is refused and nothing changes.
+TEST_F(EditCommandsTest, ImportADxfFile) {
+  const QString Dxf = Write(S("plan.dxf"), S("  0\nSECTION\n  2\nENTITIES\n"
+                                             "  0\nLINE\n  8\nWALL\n 10\n0\n 20\n0\n 11\n100\n 21\n0\n"
+                                             "  0\nCIRCLE\n  8\nWALL\n 10\n50\n 20\n50\n 40\n20\n"
+                                             "  0\nENDSEC\n  0\nEOF\n"));
+  const QString Dwg = Write(S("plan.dwg"), S("AC1027"));
+  const QString Before = S("items 14 1,3,5,7,9,11,13,15,17,19,21,23,25,27");
+  TDseResult R = Edit(1, S("size 800 600\nfile \"%1\"\nanswer no\naction acImport\nprint items\n"
+                           "file \"%2\"\nanswer yes\naction acImport\nprint items\nanswer no\nclose\n").arg(Dwg, Dxf));
+  ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
+  // no to the question: nothing changed; then the DXF
+  EXPECT_EQ(Lines(R).mid(0, 4), (QStringList{S("[确认] 导入DWG文件会清除已经存在图元，是否继续？"), Before,
+                                             S("[确认] 导入DWG文件会清除已经存在图元，是否继续？"), S("items 2 0,1")}));
+  R = Edit(1, S("size 800 600\naction acDrawLine\nclick 10,10\nclick 20,20\nrclick\nfile \"%1\"\nanswer yes\naction acImport\n"
+                "print items\nfile \"%2\"\nanswer yes\naction acImport\nprint items\nprint bars\nprint actions\nanswer no\nclose\n")
+                  .arg(Dwg, Dxf));
+  ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
+  const QStringList L = Lines(R);
+  ASSERT_GE(L.size(), 6);
+  EXPECT_EQ(L[0], S("[确认] 导入DWG文件会清除已经存在图元，是否继续？"));
+  EXPECT_TRUE(L[1].startsWith(S("[错误] 不能读取 DWG 文件：只读取 DXF 文件"))) << L[1].toStdString();
+  EXPECT_EQ(L[2], S("items 15 1,3,5,7,9,11,13,15,17,19,21,23,25,27,29"));
+  EXPECT_EQ(L[3], S("[确认] 导入DWG文件会清除已经存在图元，是否继续？"));
+  EXPECT_EQ(L[4], S("items 2 0,1"));
+  EXPECT_TRUE(R.Out.contains(S("action acUndo enabled=false"))) << R.Out.toStdString();
+  EXPECT_FALSE(R.Out.contains(S("\nbar "))) << R.Out.toStdString();
+}

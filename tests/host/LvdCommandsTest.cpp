@@ -131,3 +131,59 @@ TEST(DseLvd, OutputGoesToTheFileThePathNames) {
   EXPECT_TRUE(QFileInfo(Pipe).exists());
   EXPECT_FALSE(QFileInfo(Pipe).isFile());
 }
+
+namespace {
+
+// A DXF of N lines on one layer, with a circle and a text.
+QByteArray LinesDxf(int N) {
+  QByteArray T = "  0\nSECTION\n  2\nHEADER\n  9\n$ACADVER\n  1\nAC1021\n  0\nENDSEC\n  0\nSECTION\n  2\nENTITIES\n";
+  for (int I = 0; I < N; ++I)
+    T += "  0\nLINE\n  8\nWALL\n 62\n1\n 10\n" + QByteArray::number(I) + "\n 20\n0\n 11\n" + QByteArray::number(I) +
+         "\n 21\n100\n";
+  T += "  0\nCIRCLE\n  8\nWALL\n 10\n0\n 20\n0\n 40\n5\n  0\nTEXT\n  8\nNOTE\n 10\n0\n 20\n0\n 40\n3\n  1\n说明\n";
+  return T + "  0\nENDSEC\n  0\nEOF\n";
+}
+
+}  // namespace
+
+TEST(DseLvd, ImportCad) {
+  QTemporaryDir Dir;
+  const QString In = Dir.filePath(QStringLiteral("plan.dxf")), Out = Dir.filePath(QStringLiteral("plan.lvd"));
+  QFile F(In);
+  ASSERT_TRUE(F.open(QIODevice::WriteOnly));
+  F.write(LinesDxf(20000));
+  F.close();
+  TDseResult R = RunDse({QStringLiteral("lvd"), QStringLiteral("import-cad"), In, Out, QStringLiteral("--progress"),
+                         QStringLiteral("--format"), QStringLiteral("bin")});
+  ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
+  EXPECT_EQ(R.Out, QStringLiteral("imported %1 (AC1021, 20002 entities, 0 blocks) as 20002 items on 3 layers\n").arg(In));
+  // the progress rises to 100 through both halves of the work
+  QVector<int> Steps;
+  for (const QString& L : R.Err.split(u'\n', Qt::SkipEmptyParts)) {
+    ASSERT_TRUE(L.startsWith(QLatin1String("progress "))) << L.toStdString();
+    Steps << L.mid(9).chopped(1).toInt();
+  }
+  ASSERT_GE(Steps.size(), 4);
+  EXPECT_TRUE(std::is_sorted(Steps.begin(), Steps.end()));
+  EXPECT_LT(Steps.first(), 50);
+  EXPECT_EQ(Steps.last(), 100);
+  R = RunDse({QStringLiteral("lvd"), QStringLiteral("info"), Out, QStringLiteral("--json")});
+  ASSERT_EQ(R.Code, 0);
+  EXPECT_EQ(QJsonDocument::fromJson(R.Out.toUtf8()).object()[QStringLiteral("items")].toArray().size(), 20002);
+
+  const struct {
+    QStringList Args;
+    int Code;
+    const char* Err;
+  } Cases[] = {
+      {{QStringLiteral("x.dwg"), Out}, 1, "不能读取 DWG 文件：只读取 DXF 文件"},
+      {{Dir.filePath(QStringLiteral("none.dxf")), Out}, 1, "文件不存在"},
+      {{In}, 2, "import-cad takes IN.dxf and OUT.lvd"},
+      {{In, Out, QStringLiteral("--format"), QStringLiteral("dwg")}, 2, "--format must be xml or bin"},
+  };
+  for (const auto& C : Cases) {
+    R = RunDse(QStringList{QStringLiteral("lvd"), QStringLiteral("import-cad")} + C.Args);
+    EXPECT_EQ(R.Code, C.Code);
+    EXPECT_TRUE(R.Err.contains(QString::fromUtf8(C.Err))) << R.Err.toStdString();
+  }
+}
