@@ -47,8 +47,8 @@ fuzz: deps
 	bash scripts/install-deps.sh --fuzz
 	CC=clang CXX=clang++ cmake -S . -B build-fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DDSE_FUZZ=ON \
 	  -DDSE_BUILD_TESTS=OFF -DDSE_BUILD_BENCH=OFF
-	cmake --build build-fuzz -j $(JOBS) --target fuzz_lvd_binary fuzz_lvd_xml fuzz_expr fuzz_barinfo fuzz_script fuzz_xmldoc
-	set -e; for T in lvd_binary:bin lvd_xml:xml expr:expr barinfo:barinfo script:script xmldoc:xmldoc; do \
+	cmake --build build-fuzz -j $(JOBS) --target fuzz_lvd_binary fuzz_lvd_xml fuzz_expr fuzz_barinfo fuzz_script fuzz_xmldoc fuzz_dxf
+	set -e; for T in lvd_binary:bin lvd_xml:xml expr:expr barinfo:barinfo script:script xmldoc:xmldoc dxf:dxf; do \
 	  N=$${T%%:*}; S=$${T##*:}; mkdir -p build-fuzz/corpus-$$S; \
 	  LSAN_OPTIONS=suppressions=fuzz/lsan.supp build-fuzz/fuzz/fuzz_$$N -max_total_time=$(FUZZ_SECONDS) -max_len=4096 \
 	    build-fuzz/corpus-$$S fuzz/seeds/$$S; \
