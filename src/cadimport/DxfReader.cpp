@@ -563,9 +563,9 @@ void TParser::Hatch(const TGroups& G, TEnt& AEnt) {
     // degrees; clockwise edges give their angles as if mirrored
     double S = A0 * M_PI / 180, E = A1 * M_PI / 180;
     if (!Ccw) { S = -S; E = -E; }
-    double Sweep = Ccw ? E - S : S - E;
-    while (Sweep <= 0) Sweep += 2 * M_PI;
-    while (Sweep > 2 * M_PI + 1e-9) Sweep -= 2 * M_PI;
+    // angles of any size: the sweep is taken modulo a turn, never by repeated steps
+    double Sweep = std::fmod(Ccw ? E - S : S - E, 2 * M_PI);
+    if (Sweep <= 0) Sweep += 2 * M_PI;
     const int N = std::max(2, int(std::ceil(Sweep / (M_PI / 32))));
     for (int K = 0; K <= N; ++K) {
       const double T = S + (Ccw ? 1 : -1) * Sweep * K / N;

@@ -4,6 +4,9 @@
 #include "DxfReader.h"
 #include "DxfTestUtils.h"
 
+#include <QDir>
+#include <QFile>
+
 #include <gtest/gtest.h>
 
 using namespace dxf_test;
@@ -241,4 +244,22 @@ TEST(DxfReaderTest, ColourIndexTable) {
                {20, 0x003fff}, {21, 0x7f9fff}, {50, 0x00ffff}, {130, 0xffff00}, {250, 0x333333}, {255, 0xffffff},
                {0, 0xffffff}, {256, 0xffffff}};
   for (const auto& C : Cases) EXPECT_EQ(dxf::AciColor(C.Index), C.Bgr) << C.Index;
+}
+
+// Every input that ever found a fault in the reader: read to the end or refused in words.
+TEST(DxfReaderTest, FuzzFindingsStayFixed) {
+  const QDir Dir(QStringLiteral(DSE_SOURCE_DIR "/fuzz/regressions/dxf"));
+  const QStringList Files = Dir.entryList(QDir::Files);
+  ASSERT_FALSE(Files.isEmpty());
+  for (const QString& Name : Files) {
+    SCOPED_TRACE(Name.toStdString());
+    QFile F(Dir.filePath(Name));
+    ASSERT_TRUE(F.open(QIODevice::ReadOnly));
+    TRecorder R;
+    try {
+      ReadDxf(F.readAll(), R);
+    } catch (const EDxfError& E) {
+      EXPECT_FALSE(E.Message().isEmpty());
+    }
+  }
 }
