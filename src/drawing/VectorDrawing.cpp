@@ -1,5 +1,7 @@
 #include "VectorDrawing.h"
 
+#include "VDItemIndex.h"
+
 #include "VDIFormat.h"
 
 #include <QPainter>
@@ -149,6 +151,7 @@ int TVectorDrawingSelSet::IndexOf(const TVectorDrawingItem* AItem) const {
 // ---- the drawing ------------------------------------------------------------
 
 TVectorDrawing::TVectorDrawing(TProcedureEvent AOnSelSetChanged) : OnSelSetChanged(std::move(AOnSelSetChanged)) {
+  FIndex = std::make_unique<TVDItemIndex>();
   RegisterDrawingItemClasses();
   SetVersion(QString::fromLatin1(CurrentVersion));
   SetVDTagTable(FVersion);
@@ -157,6 +160,7 @@ TVectorDrawing::TVectorDrawing(TProcedureEvent AOnSelSetChanged) : OnSelSetChang
 }
 
 TVectorDrawing::~TVectorDrawing() {
+  FIndex->Invalidate();
   FList.clear();
   FSelSet.reset();
   FLayers.reset();
@@ -191,6 +195,9 @@ void TVectorDrawing::SelSetChanged() {
 }
 
 int TVectorDrawing::IndexOf(const TVectorDrawingItem* AItem) const {
+  if (AItem && AItem->FListIndex >= 0 && size_t(AItem->FListIndex) < FList.size() &&
+      FList[size_t(AItem->FListIndex)].get() == AItem)
+    return AItem->FListIndex;
   for (size_t I = 0; I < FList.size(); ++I)
     if (FList[I].get() == AItem) return int(I);
   return -1;
@@ -253,6 +260,8 @@ int TVectorDrawing::Insert(int AIndex, std::unique_ptr<TVectorDrawingItem> AItem
   TVectorDrawingItem* Item = AItem.get();
   const int Index = std::clamp(AIndex, 0, Count());
   FList.insert(FList.begin() + Index, std::move(AItem));
+  Renumber(size_t(Index));
+  FIndex->Touch(Item);
   IndexID(Item);
   DoChange();
   if (OnItemAdded) OnItemAdded(Item->ID());
@@ -263,7 +272,10 @@ std::unique_ptr<TVectorDrawingItem> TVectorDrawing::Extract(int AIndex) {
   TVectorDrawingItem* Item = FList[size_t(AIndex)].get();
   if (Item->Selected()) FSelSet->Remove(Item);
   std::unique_ptr<TVectorDrawingItem> Owned = std::move(FList[size_t(AIndex)]);
+  FIndex->Removed(Item);
   FList.erase(FList.begin() + AIndex);
+  Item->FListIndex = -1;
+  Renumber(size_t(AIndex));
   UnindexID(Item);
   const int ID = Item->ID();
   DoChange();
@@ -274,6 +286,8 @@ std::unique_ptr<TVectorDrawingItem> TVectorDrawing::Extract(int AIndex) {
 void TVectorDrawing::AppendRaw(TVectorDrawingItem* AItem) {
   AItem->SetOwner(this);
   FList.emplace_back(AItem);
+  AItem->FListIndex = int(FList.size()) - 1;
+  FIndex->Invalidate();
   FIDIndex.emplace(AItem->ID(), AItem);
   ++FRevision;
 }
@@ -283,7 +297,9 @@ void TVectorDrawing::Delete(int AIndex) {
   if (Item->Selected()) FSelSet->Remove(Item);
   const int ID = Item->ID();
   UnindexID(Item);
+  FIndex->Removed(Item);
   FList.erase(FList.begin() + AIndex);
+  Renumber(size_t(AIndex));
   DoChange();
   if (OnItemDeleted) OnItemDeleted(ID);
 }
@@ -300,6 +316,7 @@ void TVectorDrawing::Clear() {
   for (int I = Count() - 1; I >= 0; I = std::min(I - 1, Count() - 1))
     if (OnItemDeleted) OnItemDeleted(FList[size_t(I)]->ID());
   FSelSet->Clear();
+  FIndex->Invalidate();
   FList.clear();
   FIDIndex.clear();
   FLayers->Clear();
@@ -323,8 +340,54 @@ bool TVectorDrawing::Accepts(const TVDAcceptItemEvent& AEvent, TVectorDrawingIte
   return Accept;
 }
 
+void TVectorDrawing::Renumber(size_t AFrom) {
+  for (size_t I = AFrom; I < FList.size(); ++I) FList[I]->FListIndex = int(I);
+}
+
+void TVectorDrawing::ItemBoxChanged(TVectorDrawingItem* AItem) {
+  if (IndexOf(AItem) >= 0) FIndex->Touch(AItem);
+}
+
+std::vector<TVectorDrawingItem*> TVectorDrawing::ItemsInBox(const TKRNBox2d& ABox) {
+  std::vector<TVectorDrawingItem*> R;
+  if (!FUseIndex) {
+    for (const auto& I : FList) {
+      const TKRNBox2d& B = I->OutRect();
+      if (!(B.MinX() > ABox.MaxX() || B.MaxX() < ABox.MinX() || B.MinY() > ABox.MaxY() || B.MaxY() < ABox.MinY()))
+        R.push_back(I.get());
+    }
+    return R;
+  }
+  FIndex->Query(FList, ABox, R);
+  std::sort(R.begin(), R.end(), [](const TVectorDrawingItem* A, const TVectorDrawingItem* B) {
+    return A->FListIndex < B->FListIndex;
+  });
+  return R;
+}
+
+// The candidates of a hit test at AHitPt: the items whose boxes the tolerance reaches,
+// newest first. Every item the walk would hit is among them.
+static TKRNBox2d HitBox(const TKRNVector2d& AHitPt, double ATol) {
+  const double T = std::fabs(ATol) + KRNEpsilon;
+  return TKRNBox2d{{AHitPt.X - T, AHitPt.Y - T}, {AHitPt.X + T, AHitPt.Y + T}};
+}
+
 TVectorDrawingItem* TVectorDrawing::HitTest(const TKRNVector2d& AHitPt, double ATol,
                                             const TDrawingItemTypeSet& ASelItemTypeSet) {
+  if (FUseIndex) {
+    FIndex->Query(FList, HitBox(AHitPt, ATol), FCandidates);
+    std::sort(FCandidates.begin(), FCandidates.end(), [](const TVectorDrawingItem* A, const TVectorDrawingItem* B) {
+      return A->FListIndex > B->FListIndex;
+    });
+    const std::vector<TVectorDrawingItem*> Candidates = std::move(FCandidates);
+    FCandidates.clear();
+    for (TVectorDrawingItem* Item : Candidates) {
+      if (!InTypeSet(ASelItemTypeSet, Item->ItemType())) continue;
+      if (!Accepts(OnBeforeHitTestItem, *Item)) continue;
+      if (Item->HitTest(AHitPt, ATol)) return Item;
+    }
+    return nullptr;
+  }
   for (int I = Count() - 1; I >= 0; --I) {
     TVectorDrawingItem* Item = FList[size_t(I)].get();
     if (!InTypeSet(ASelItemTypeSet, Item->ItemType())) continue;
@@ -336,6 +399,18 @@ TVectorDrawingItem* TVectorDrawing::HitTest(const TKRNVector2d& AHitPt, double A
 
 TVectorDrawingItem* TVectorDrawing::SnapDrawingItem(const TKRNVector2d& AHitPt, double ATol,
                                                     const TDrawingItemTypeSet& ASelItemTypeSet) {
+  if (FUseIndex) {
+    std::vector<TVectorDrawingItem*> Candidates;
+    FIndex->Query(FList, HitBox(AHitPt, ATol), Candidates);
+    std::sort(Candidates.begin(), Candidates.end(), [](const TVectorDrawingItem* A, const TVectorDrawingItem* B) {
+      return A->FListIndex > B->FListIndex;
+    });
+    for (TVectorDrawingItem* Item : Candidates) {
+      if (!InTypeSet(ASelItemTypeSet, Item->ItemType())) continue;
+      if (Item->HitTest(AHitPt, ATol) && Accepts(OnBeforeHitTestItem, *Item)) return Item;
+    }
+    return nullptr;
+  }
   for (int I = Count() - 1; I >= 0; --I) {
     TVectorDrawingItem* Item = FList[size_t(I)].get();
     if (!InTypeSet(ASelItemTypeSet, Item->ItemType())) continue;
@@ -355,8 +430,14 @@ bool TVectorDrawing::HitSelect(int, const TKRNVector2d& AStartPt, const TKRNVect
     if (std::fabs(AStartPt.X - AEndPt.X) <= KRNEpsilon && std::fabs(AStartPt.Y - AEndPt.Y) <= KRNEpsilon) {
       if (TVectorDrawingItem* Item = HitTest(AStartPt, ATol, ASelItemTypeSet)) Flip(Item);
     } else {
-      for (int I = 0; I < Count(); ++I) {
-        TVectorDrawingItem* Item = FList[size_t(I)].get();
+      // the items a window or a crossing box can reach, in list order
+      const double T = std::fabs(ATol) + KRNEpsilon;
+      const TKRNBox2d Reach{{std::min(AStartPt.X, AEndPt.X) - T, std::min(AStartPt.Y, AEndPt.Y) - T},
+                            {std::max(AStartPt.X, AEndPt.X) + T, std::max(AStartPt.Y, AEndPt.Y) + T}};
+      std::vector<TVectorDrawingItem*> Candidates;
+      if (FUseIndex) Candidates = ItemsInBox(Reach);
+      else for (const auto& I : FList) Candidates.push_back(I.get());
+      for (TVectorDrawingItem* Item : Candidates) {
         if (!InTypeSet(ASelItemTypeSet, Item->ItemType())) continue;
         if (Item->HitSelect(AStartPt, AEndPt, ATol)) Flip(Item);
       }
@@ -397,10 +478,20 @@ void TVectorDrawing::Draw(QPainter& AHDC, const TKRNCoordTrans& ACoordTrans, con
     return !(B.MinX() > W.MaxX() || B.MaxX() < W.MinX() || B.MinY() > W.MaxY() || B.MaxY() < W.MinY());
   };
   const int Levels = MaxDisplayLevel();
-  for (int Level = 0; Level <= Levels; ++Level)
-    for (const auto& Item : FList)
-      if (!Item->Selected() && Item->DisplayLevel() == Level && Item->Visible() && Overlaps(Item->OutRect()))
-        Item->Draw(AHDC, ACoordTrans, false);
+  // The index pays when the window shows a part of the drawing; at zoom-all the walk is cheaper.
+  std::vector<TVectorDrawingItem*> Shown;
+  const bool Culled = FUseIndex && FList.size() >= 1024 && !FIndex->Covers(FList, W);
+  if (Culled) Shown = ItemsInBox(W);
+  if (Culled && Shown.size() < FList.size() / 2) {
+    for (int Level = 0; Level <= Levels; ++Level)
+      for (TVectorDrawingItem* Item : Shown)
+        if (!Item->Selected() && Item->DisplayLevel() == Level && Item->Visible()) Item->Draw(AHDC, ACoordTrans, false);
+  } else {
+    for (int Level = 0; Level <= Levels; ++Level)
+      for (const auto& Item : FList)
+        if (!Item->Selected() && Item->DisplayLevel() == Level && Item->Visible() && Overlaps(Item->OutRect()))
+          Item->Draw(AHDC, ACoordTrans, false);
+  }
   for (int Level = 0; Level <= Levels; ++Level)
     for (int I = 0; I < FSelSet->Count(); ++I) {
       TVectorDrawingItem* Item = FSelSet->Items(I);

@@ -19,6 +19,7 @@
 class TVectorDrawing;
 class TLayers;
 class TStream;
+class TVDItemIndex;
 class IXMLNode;
 class TVDReader;
 class TVDWriter;
@@ -143,6 +144,13 @@ public:
   TVectorDrawingItem* ItemByID(int AID) const;
   // Called by an item of this drawing whose ID changes.
   void ItemIDChanged(TVectorDrawingItem* AItem, int AOldID);
+  // Called by an item whose box was rebuilt: the spatial index takes it again.
+  void ItemBoxChanged(TVectorDrawingItem* AItem);
+  // The items whose boxes meet ABox (touching counts), in list order.
+  std::vector<TVectorDrawingItem*> ItemsInBox(const TKRNBox2d& ABox);
+  // Off: every query walks the list instead of asking the spatial index. The answers are
+  // the same; tests and benchmarks compare the two.
+  void SetUseSpatialIndex(bool AValue) { FUseIndex = AValue; }
   int GenID() { return FMaxID < std::numeric_limits<int>::max() ? ++FMaxID : FMaxID; }
   int MaxID() const { return FMaxID; }
   void SetMaxID(int AValue) { FMaxID = AValue; }
@@ -253,6 +261,11 @@ private:
   std::unique_ptr<TLayers> FLayers;
   std::vector<std::unique_ptr<TVectorDrawingItem>> FList;
   mutable std::unordered_map<int, TVectorDrawingItem*> FIDIndex;
+  std::unique_ptr<TVDItemIndex> FIndex;
+  bool FUseIndex = true;
+  std::vector<TVectorDrawingItem*> FCandidates;
+  // List positions from AFrom on are written into the items again.
+  void Renumber(size_t AFrom);
   int FMaxID = 0;
   QString FRemark;
   std::unique_ptr<TVectorDrawingSelSet> FSelSet;

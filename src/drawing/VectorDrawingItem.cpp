@@ -44,8 +44,13 @@ TVectorDrawingItem::TVectorDrawingItem(TVectorDrawing* AOwner, int AID, TColor A
 }
 
 void TVectorDrawingItem::Changed(bool ARebuild) {
-  if (ARebuild) BuildOutRect();
+  if (ARebuild) ReBuildOutRect();
   if (FOwner) FOwner->DoChange();
+}
+
+void TVectorDrawingItem::ReBuildOutRect() {
+  BuildOutRect();
+  if (FOwner) FOwner->ItemBoxChanged(this);
 }
 
 int TVectorDrawingItem::GetSelectedLineStyle(const TKRNCoordTrans& ACoordTrans, int ALineWidth, int ALineStyle) {

@@ -161,7 +161,7 @@ public:
   // Calls OnDelete, then leaves the owner (which frees it), or frees itself.
   void Delete();
   void Draw(QPainter& AHDC, const TKRNCoordTrans& ACoordTrans, bool AElasticMode);
-  void ReBuildOutRect() { BuildOutRect(); }
+  void ReBuildOutRect();
   TColor GetShowColor() const;
 
   int ID() const { return FID; }
@@ -226,6 +226,15 @@ protected:
   TShowColorType FShowColorType = sctOriginal;
   bool FVisible = true;
   TKRNBox2d FOutRect{};
+
+private:
+  friend class TVectorDrawing;
+  friend class TVDItemIndex;
+  // Kept by the drawing: the place in its list, and the box its spatial index holds.
+  int FListIndex = -1;
+  int FDirtySlot = -1;
+  bool FInIndex = false;
+  TKRNBox2d FIndexedBox{};
 };
 
 // Raised by SetCoordData for a snapshot of another item kind.
