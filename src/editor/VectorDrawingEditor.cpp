@@ -208,11 +208,11 @@ bool TVectorDrawingEditor::SnapPoint(TKRNVector2d& APoint, double ATol) {
   bool Found = false;
   TKRNVector2d Best{};
   double BestDist = 0;
-  // Only items whose boxes come within the tolerance can offer a vertex; they are
-  // visited in list order, as a walk of every item would.
+  // Only items whose boxes come within the tolerance can offer a vertex; the drawing's
+  // index gives them in list order, as a walk of every item would.
   const TKRNBox2d Near{{APoint.X - ATol, APoint.Y - ATol}, {APoint.X + ATol, APoint.Y + ATol}};
-  for (const int I : FSnapIndex.Query(D, Near)) {
-    D.Items(I)->Inspect(V);
+  for (TVectorDrawingItem* Item : D.ItemsInBox(Near)) {
+    Item->Inspect(V);
     if (!V.SnapSuccess()) continue;
     const double Dist = std::hypot(V.SnapPt().X - APoint.X, V.SnapPt().Y - APoint.Y);
     if (!Found || Dist < BestDist) {

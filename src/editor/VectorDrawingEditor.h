@@ -8,7 +8,6 @@
 #include "VDECmdExecutor.h"
 #include "VDECmdState.h"
 #include "VDEPropList.h"
-#include "VDESnapIndex.h"
 
 #include <QImage>
 #include <QPainter>
@@ -145,5 +144,4 @@ private:
   QImage FImage;
   std::optional<QPainter> FPainter;
   bool FNeedsRender = true;
-  TVDESnapIndex FSnapIndex;
 };
