@@ -395,9 +395,11 @@ private:
         // the minor axis turns the other way under a downward extrusion
         const double MX = E.A[2], MY = E.A[3], Ratio = E.A[4];
         const double NX = E.Ocs ? MY : -MY, NY = E.Ocs ? -MX : MX;
-        double T0 = E.A[5], T1 = E.A[6];
-        if (T1 <= T0) T1 += 2 * M_PI;
-        const int Steps = std::clamp(int(std::ceil((T1 - T0) / (M_PI / 32))), 2, 4096);
+        // parameters of any size: taken modulo a turn
+        double T0 = std::fmod(E.A[5], 2 * M_PI), T1 = std::fmod(E.A[6], 2 * M_PI);
+        if (E.A[6] - E.A[5] >= 2 * M_PI) T1 = T0 + 2 * M_PI;
+        else if (T1 <= T0) T1 += 2 * M_PI;
+        const int Steps = std::max(2, int(std::ceil(std::min(T1 - T0, 2 * M_PI) / (M_PI / 32))));
         std::vector<TVtx> P;
         P.reserve(size_t(Steps) + 1);
         for (int K = 0; K <= Steps; ++K) {
