@@ -195,11 +195,10 @@ void TVectorDrawing::SelSetChanged() {
 }
 
 int TVectorDrawing::IndexOf(const TVectorDrawingItem* AItem) const {
+  // every change of the list writes the positions into its items
   if (AItem && AItem->FListIndex >= 0 && size_t(AItem->FListIndex) < FList.size() &&
       FList[size_t(AItem->FListIndex)].get() == AItem)
     return AItem->FListIndex;
-  for (size_t I = 0; I < FList.size(); ++I)
-    if (FList[I].get() == AItem) return int(I);
   return -1;
 }
 
