@@ -246,8 +246,7 @@ bool TVectorDrawing::LoadFromFile(const QString& AFileName) {
 }
 
 bool TVectorDrawing::LoadFromFile(const QString& AFileName, TVDSaveFormat& ASaveFormat) {
-  QFile F(AFileName);
-  if (!F.exists()) throw EVDEError(QStringLiteral("文件[%1]不存在").arg(AFileName));
+  if (!FileStatus(AFileName).Exists) throw EVDEError(QStringLiteral("文件[%1]不存在").arg(AFileName));
   QByteArray Data;
   QString Error;
   if (!ReadFileCapped(AFileName, MaxFileBytes, Data, Error))

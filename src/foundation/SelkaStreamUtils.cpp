@@ -100,19 +100,20 @@ void TBlockMemoryStream::SaveToStream(TStream& AStream) {
 }
 
 void TBlockMemoryStream::LoadFromFile(const QString& AFileName) {
-  QFile F(AFileName);
-  if (!F.open(QIODevice::ReadOnly))
-    throw EFOpenError(QStringLiteral("无法打开文件 \"%1\"：%2").arg(AFileName, F.errorString()));
-  TBytesStream S(F.readAll());
+  QByteArray Data;
+  QString Error;
+  if (!ReadFileCapped(AFileName, qint64(512) << 20, Data, Error))
+    throw EFOpenError(QStringLiteral("无法打开文件 \"%1\"：%2").arg(AFileName, Error));
+  TBytesStream S(std::move(Data));
   LoadFromStream(S);
 }
 
 void TBlockMemoryStream::SaveToFile(const QString& AFileName) {
   TBytesStream S;
   SaveToStream(S);
-  QFile F(AFileName);
-  if (!F.open(QIODevice::WriteOnly | QIODevice::Truncate) || F.write(S.Bytes()) != S.Bytes().size())
-    throw EFOpenError(QStringLiteral("无法写入文件 \"%1\"：%2").arg(AFileName, F.errorString()));
+  QString Error;
+  if (!WriteFileAtomically(AFileName, S.Bytes(), Error))
+    throw EFOpenError(QStringLiteral("无法写入文件 \"%1\"：%2").arg(AFileName, Error));
 }
 
 template <typename T>

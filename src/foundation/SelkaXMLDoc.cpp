@@ -414,9 +414,11 @@ public:
     LoadFromString(Text);
   }
   void LoadFromFile(const QString& AFileName) override {
-    QFile F(AFileName);
-    if (!F.open(QIODevice::ReadOnly)) throw EXMLError(QStringLiteral("无法打开文件 \"%1\"").arg(AFileName));
-    TBytesStream S(F.readAll());
+    QByteArray Data;
+    QString Error;
+    if (!ReadFileCapped(AFileName, qint64(512) << 20, Data, Error))
+      throw EXMLError(QStringLiteral("无法打开文件 \"%1\"：%2").arg(AFileName, Error));
+    TBytesStream S(std::move(Data));
     LoadFromStream(S, true);
   }
   QString SaveToString() const override {
@@ -433,10 +435,9 @@ public:
     AStream.WriteBuffer(B.constData(), B.size());
   }
   void SaveToFile(const QString& AFileName) const override {
-    QFile F(AFileName);
-    const QByteArray B = SaveToString().toUtf8();
-    if (!F.open(QIODevice::WriteOnly | QIODevice::Truncate) || F.write(B) != B.size())
-      throw EXMLError(QStringLiteral("无法写入文件 \"%1\"").arg(AFileName));
+    QString Error;
+    if (!WriteFileAtomically(AFileName, SaveToString().toUtf8(), Error))
+      throw EXMLError(QStringLiteral("无法写入文件 \"%1\"：%2").arg(AFileName, Error));
   }
   QString Version() const override { return FVersion; }
   QString Encoding() const override { return FEncoding; }

@@ -2,7 +2,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <QStringList>
 #include <cmath>
@@ -435,36 +434,6 @@ QString FormatFloat(const QString& AFormat, double AValue) {
   return R;
 }
 
-bool WriteFileAtomically(const QString& AFileName, const QByteArray& AData, QString& AError) {
-  QFileInfo Info(AFileName);
-  QString Target = AFileName;
-  if (Info.isSymLink()) {
-    // The link stays; the file it names takes the data.
-    Target = Info.symLinkTarget();
-    Info = QFileInfo(Target);
-  }
-  if (Info.exists() && !Info.isFile()) {
-    AError = Info.isDir() ? QStringLiteral("是一个目录") : QStringLiteral("不是普通文件（设备或管道）");
-    return false;
-  }
-  QSaveFile F(Target);
-  F.setDirectWriteFallback(false);
-  if (!F.open(QIODevice::WriteOnly)) {
-    AError = F.errorString();
-    return false;
-  }
-  if (F.write(AData) != AData.size()) {
-    AError = F.errorString();
-    F.cancelWriting();
-    return false;
-  }
-  if (!F.commit()) {
-    AError = F.errorString();
-    return false;
-  }
-  return true;
-}
-
 bool ReadFileCapped(QIODevice& ADevice, qint64 AMaxBytes, QByteArray& AData, QString& AError) {
   const QString TooLarge = QStringLiteral("文件太大（超过 %1 字节）").arg(AMaxBytes);
   if (!ADevice.isSequential() && ADevice.size() > AMaxBytes) {
@@ -480,16 +449,4 @@ bool ReadFileCapped(QIODevice& ADevice, qint64 AMaxBytes, QByteArray& AData, QSt
   return true;
 }
 
-bool ReadFileCapped(const QString& AFileName, qint64 AMaxBytes, QByteArray& AData, QString& AError) {
-  QFile F(AFileName);
-  if (QFileInfo(AFileName).isDir()) {
-    AError = QStringLiteral("是一个目录");
-    return false;
-  }
-  if (!F.open(QIODevice::ReadOnly)) {
-    AError = F.errorString();
-    return false;
-  }
-  return ReadFileCapped(F, AMaxBytes, AData, AError);
-}
 

@@ -2,6 +2,7 @@
 // Text and number helpers shared by every module: trimming, ASCII case rules,
 // strict conversions and float formatting, each with one fixed rule.
 
+#include <QFile>
 #include <QString>
 
 class QIODevice;
@@ -57,6 +58,27 @@ QString FloatToStr(double AValue);
 // Number pictures: "0" and "#" digit places, "." decimal point, "," thousands,
 // "E+"/"E-" exponent, quoted literals, and up to three sections "pos;neg;zero".
 QString FormatFloat(const QString& AFormat, double AValue);
+
+// File names as the system spells them. Bytes that are not UTF-8 (a name made on
+// another system) are kept as the code points U+DC80..U+DCFF, so a name taken from the
+// command line and given back opens the same file under its exact bytes.
+QString DecodeFileName(const QByteArray& ABytes);
+QByteArray EncodeFileName(const QString& AName);
+
+struct TFileStatus {
+  bool Exists = false;   // the path names something (a link is followed)
+  bool IsLink = false;   // the path itself is a symbolic link
+  bool IsDir = false;
+  bool IsFile = false;   // a regular file
+  bool Readable = false;
+  qint64 Size = 0;
+};
+TFileStatus FileStatus(const QString& AFileName);
+// Opens the named file into AFile by its exact bytes; false with the cause in AError.
+bool OpenFileRaw(QFile& AFile, const QString& AFileName, QIODevice::OpenMode AMode, QString& AError);
+// Removes a file by its exact bytes; true when it is gone.
+bool RemoveFileRaw(const QString& AFileName);
+bool RenameFileRaw(const QString& AFrom, const QString& ATo);
 
 // Writes AData to the file AFileName names, whole or not at all: a symbolic link is
 // followed to its file, the file keeps its permissions, and a path that names no

@@ -16,6 +16,7 @@
 #include <QFileInfo>
 
 #include <cstdio>
+#include <sys/stat.h>
 #include <functional>
 #include <vector>
 
@@ -531,24 +532,26 @@ void BuildLibrary(const QString& ALocation, bool AForce, const std::function<voi
     T.Commit();
     return;
   }
+  // names go to the system by their exact bytes; QFileInfo only joins strings here
   const QFileInfo Target(ALocation);
-  if (Target.exists() && !AForce)
+  const TFileStatus Status = FileStatus(ALocation);
+  if (Status.Exists && !AForce)
     throw Exception(S("文件已存在：%1（用 --force 覆盖）").arg(ALocation));
-  if (Target.exists() && !Target.isFile())
+  if (Status.Exists && !Status.IsFile)
     throw Exception(S("不是文件：%1").arg(ALocation));
-  if (!Target.absoluteDir().exists())
+  if (!FileStatus(Target.absolutePath()).IsDir)
     throw Exception(S("目录不存在：%1").arg(Target.absolutePath()));
   const QString Temp = Target.absoluteFilePath() + S(".init-tmp");
-  QFile::remove(Temp);
+  RemoveFileRaw(Temp);
   try {
     {
       std::shared_ptr<TDrawSetLibrary> Library = TDrawSetLibrary::Create(Temp);
       AFill(*Library);
     }
-    if (std::rename(QFile::encodeName(Temp).constData(), QFile::encodeName(Target.absoluteFilePath()).constData()) != 0)
+    if (!RenameFileRaw(Temp, Target.absoluteFilePath()))
       throw Exception(S("无法写入 %1").arg(ALocation));
   } catch (...) {
-    QFile::remove(Temp);
+    RemoveFileRaw(Temp);
     throw;
   }
 }
@@ -559,8 +562,11 @@ void CreateDemoLibrary(const QString& ALocation, bool AForce) { BuildLibrary(ALo
 
 qint64 CopyLibrary(const QString& ASource, const QString& ATarget, bool AForce) {
   const std::shared_ptr<TDrawSetLibrary> Source = TDrawSetLibrary::Open(ASource);
-  if (ASource == ATarget ||
-      (!IsServerLocation(ASource) && QFileInfo(ASource).canonicalFilePath() == QFileInfo(ATarget).canonicalFilePath()))
+  struct stat A {}, B {};
+  const bool SameFile = !IsServerLocation(ASource) && ::stat(EncodeFileName(ASource).constData(), &A) == 0 &&
+                        ::stat(EncodeFileName(ATarget).constData(), &B) == 0 && A.st_dev == B.st_dev &&
+                        A.st_ino == B.st_ino;
+  if (ASource == ATarget || SameFile)
     throw Exception(S("源图集库和目标图集库是同一个：%1").arg(Source->Db().Location()));
   qint64 Rows = 0;
   BuildLibrary(ATarget, AForce, [&](TDrawSetLibrary& ATargetLib) { Rows = Source->CopyRowsTo(ATargetLib); });

@@ -1,3 +1,4 @@
+#include "ImageFiles.h"
 #include "DseCommands.h"
 #include "EditorScript.h"
 #include "VDEPropGrid.h"
@@ -20,7 +21,9 @@ public:
 
 protected:
   void Shot(const QString& AFileName) override {
-    if (!FHost.grab().save(AFileName, "PNG")) throw Exception(QStringLiteral("cannot write %1").arg(AFileName));
+    QString Error;
+    if (!SavePng(FHost.grab().toImage(), AFileName, Error))
+      throw Exception(QStringLiteral("cannot write %1: %2").arg(AFileName, Error));
   }
 
 private:

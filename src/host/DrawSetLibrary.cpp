@@ -161,18 +161,18 @@ std::shared_ptr<TDrawSetLibrary> TDrawSetLibrary::Open(const QString& ALocation)
     return std::shared_ptr<TDrawSetLibrary>(new TDrawSetLibrary(std::move(Db)));
   }
   const QString& AFileName = ALocation;
-  const QFileInfo Info(AFileName);
-  if (!Info.exists() && !Info.isSymLink()) throw EDatabaseError(QStringLiteral("图集库文件不存在：%1").arg(AFileName));
-  if (Info.isDir()) throw EDatabaseError(QStringLiteral("%1 是一个目录，不是图集库文件").arg(AFileName));
-  if (!Info.isFile()) throw EDatabaseError(QStringLiteral("%1 不是普通文件（设备、管道或失效的链接），不是图集库文件").arg(AFileName));
-  if (!Info.isReadable()) throw EDatabaseError(QStringLiteral("没有读取图集库文件的权限：%1").arg(AFileName));
+  const TFileStatus Info = FileStatus(AFileName);
+  if (!Info.Exists && !Info.IsLink) throw EDatabaseError(QStringLiteral("图集库文件不存在：%1").arg(AFileName));
+  if (Info.IsDir) throw EDatabaseError(QStringLiteral("%1 是一个目录，不是图集库文件").arg(AFileName));
+  if (!Info.IsFile) throw EDatabaseError(QStringLiteral("%1 不是普通文件（设备、管道或失效的链接），不是图集库文件").arg(AFileName));
+  if (!Info.Readable) throw EDatabaseError(QStringLiteral("没有读取图集库文件的权限：%1").arg(AFileName));
   std::unique_ptr<TLibraryDb> Db = ConnectLibraryDb(AFileName, false);
   CheckLibrary(*Db, AFileName);
   return std::shared_ptr<TDrawSetLibrary>(new TDrawSetLibrary(std::move(Db)));
 }
 
 std::shared_ptr<TDrawSetLibrary> TDrawSetLibrary::Create(const QString& ALocation, bool AReplace) {
-  if (!IsServerLocation(ALocation) && QFileInfo::exists(ALocation))
+  if (!IsServerLocation(ALocation) && (FileStatus(ALocation).Exists || FileStatus(ALocation).IsLink))
     throw EDatabaseError(QStringLiteral("文件已存在：%1").arg(ALocation));
   return Create(ConnectLibraryDb(ALocation, true), AReplace);
 }

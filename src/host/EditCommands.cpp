@@ -1,6 +1,7 @@
 // dse edit: the draw-set editor window on a draw set of a library, as a host program
 // opens it; with -s the editor script plays inside the window's own event loop.
 
+#include "ImageFiles.h"
 #include "DSBarPics.h"
 #include "DSEditor.h"
 #include "Dialogs.h"
@@ -106,7 +107,8 @@ protected:
   void Shot(const QString& AFileName) override {
     FForm.UpdateActions();
     QCoreApplication::processEvents();
-    if (!FForm.grab().save(AFileName, "PNG")) Fail(QStringLiteral("cannot write %1").arg(AFileName));
+    QString Error;
+    if (!SavePng(FForm.grab().toImage(), AFileName, Error)) Fail(QStringLiteral("cannot write %1: %2").arg(AFileName, Error));
   }
 
   bool RunExtra(const QList<TScriptWord>& AWords) override {

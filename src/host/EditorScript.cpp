@@ -1,3 +1,4 @@
+#include "ImageFiles.h"
 #include "EditorScript.h"
 
 #include "Dialogs.h"
@@ -520,5 +521,6 @@ void TEditorScriptPlayer::Save(const QString& AFileName, const QString& AFormat)
 }
 
 void TEditorScriptPlayer::Shot(const QString& AFileName) {
-  if (!FCanvas.grab().save(AFileName, "PNG")) Fail(QStringLiteral("cannot write %1").arg(AFileName));
+  QString Error;
+  if (!SavePng(FCanvas.grab().toImage(), AFileName, Error)) Fail(QStringLiteral("cannot write %1: %2").arg(AFileName, Error));
 }

@@ -1,3 +1,4 @@
+#include "ImageFiles.h"
 #include "DseCommands.h"
 #include "CADImport.h"
 #include "LvdJson.h"
@@ -128,7 +129,8 @@ int Render(const QStringList& AArgs, TDseIO& AIO) {
     QPainter P(&Img);
     D.Draw(P, TKRNRect{0, 0, W, H}, Margin, Margin);
   }
-  if (!Img.save(Out, "PNG")) {
+  QString Error;
+  if (!SavePng(Img, Out, Error)) {
     AIO.Err << QStringLiteral("error: cannot write '%1'\n").arg(Out);
     return ecFailed;
   }

@@ -1,6 +1,7 @@
 // dse pics: the bar picture catalogue of a library as the chooser shows it, page by
 // page, and a screenshot of the chooser.
 
+#include "ImageFiles.h"
 #include "DrawSetConsts.h"
 #include "DrawSetLibrary.h"
 #include "DseCommands.h"
@@ -63,7 +64,8 @@ int RunPics(const QStringList& AArgs, TDseIO& AIO) {
       Form.SetPage(TBarPicPage(Page));
       Form.show();
       QCoreApplication::processEvents();
-      const bool Ok = Form.grab().save(Shot, "PNG");
+      QString Error;
+      const bool Ok = SavePng(Form.grab().toImage(), Shot, Error);
       CommonBarPicStore() = Saved;
       if (!Ok) {
         AIO.Err << QStringLiteral("error: cannot write %1\n").arg(Shot);

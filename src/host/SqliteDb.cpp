@@ -99,7 +99,7 @@ QVariant TSqliteStatement::Column(int AIndex) const {
 
 TSqliteDb::TSqliteDb(const QString& AFileName, bool AAllowCreate) : FFileName(AFileName) {
   const int Flags = SQLITE_OPEN_READWRITE | (AAllowCreate ? SQLITE_OPEN_CREATE : 0);
-  if (sqlite3_open_v2(AFileName.toUtf8().constData(), &FDb, Flags, nullptr) != SQLITE_OK) {
+  if (sqlite3_open_v2(EncodeFileName(AFileName).constData(), &FDb, Flags, nullptr) != SQLITE_OK) {
     const QString Msg = QString::fromUtf8(FDb ? sqlite3_errmsg(FDb) : "out of memory");
     sqlite3_close(FDb);
     FDb = nullptr;

@@ -1,5 +1,6 @@
 #include "DseCommands.h"
 #include "QtDialogs.h"
+#include "SysUtils.h"
 
 #include <QDir>
 #include <QFile>
@@ -43,7 +44,10 @@ int main(int argc, char** argv) {
   QTextStream Err(stderr);
   TDseIO IO{Out, Err};
   RegisterAllCommands(DseCommands());
-  const int Code = DseCommands().Run(App.arguments().mid(1), IO);
+  // Arguments by their exact bytes: a file name that is not UTF-8 opens the same file.
+  QStringList Args;
+  for (int I = 1; I < argc; ++I) Args << DecodeFileName(QByteArray(argv[I]));
+  const int Code = DseCommands().Run(Args, IO);
   Out.flush();
   Err.flush();
   return Code;

@@ -1,4 +1,5 @@
 #include "DseTestRun.h"
+#include "SysUtils.h"
 #include "VDILine.h"
 #include "VDIText.h"
 #include "VectorDrawing.h"
@@ -8,7 +9,13 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QFileInfo>
+#include <QDir>
+#include <QProcess>
 #include <QTemporaryDir>
+
+#include <dirent.h>
+#include <unistd.h>
+#include <cstdio>
 
 #include <gtest/gtest.h>
 
@@ -186,4 +193,72 @@ TEST(DseLvd, ImportCad) {
     EXPECT_EQ(R.Code, C.Code);
     EXPECT_TRUE(R.Err.contains(QString::fromUtf8(C.Err))) << R.Err.toStdString();
   }
+}
+
+// File names that are not UTF-8 (GBK bytes from an archive made on another system)
+// open and save under their exact bytes, through the real program.
+TEST(DseLvd, NamesThatAreNotUtf8) {
+  QTemporaryDir Dir;
+  const QByteArray D = Dir.path().toUtf8();
+  const QString Good = MakeDrawing(Dir);
+  QFile Dxf(Dir.filePath(QStringLiteral("a.dxf")));
+  ASSERT_TRUE(Dxf.open(QIODevice::WriteOnly));
+  Dxf.write("  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n  8\nA\n 10\n0\n 20\n0\n 11\n1\n 21\n1\n  0\nENDSEC\n  0\nEOF\n");
+  Dxf.close();
+  // GBK for 钢筋, 输出, 图库 and 图纸
+  const QByteArray In = D + "/\xb8\xd6\xbd\xee.lvd", Out = D + "/\xca\xe4\xb3\xf6.lvd", Lib = D + "/\xcd\xbc\xbf\xe2.db",
+                   Png = D + "/\xcd\xbc\xd6\xbd.png", Cad = D + "/\xcd\xbc\xd6\xbd.dxf";
+  ASSERT_EQ(::rename(Good.toUtf8().constData(), In.constData()), 0);
+  ASSERT_EQ(::rename(Dxf.fileName().toUtf8().constData(), Cad.constData()), 0);
+  const auto Dse = [&](const QList<QByteArray>& AArgs) {
+    QProcess P;
+    P.setProgram(QStringLiteral("/bin/sh"));
+    // each argument is passed printf-escaped, so no byte goes through a text conversion
+    QString Cmd = QStringLiteral("exec '%1'").arg(QStringLiteral(DSE_BINARY));
+    for (const QByteArray& A : AArgs) {
+      QString Esc;
+      for (const char C : A) Esc += QStringLiteral("\\%1").arg(uint(uchar(C)), 3, 8, QLatin1Char('0'));
+      Cmd += QStringLiteral(" \"$(printf '%1')\"").arg(Esc);
+    }
+    P.setArguments({QStringLiteral("-c"), Cmd});
+    P.start();
+    P.waitForFinished(60000);
+    return std::pair{P.exitCode(), QString::fromUtf8(P.readAllStandardError())};
+  };
+  const auto Exists = [](const QByteArray& APath) { return ::access(APath.constData(), F_OK) == 0; };
+  auto [Code, Err] = Dse({"lvd", "info", In});
+  EXPECT_EQ(Code, 0) << Err.toStdString();
+  std::tie(Code, Err) = Dse({"lvd", "convert", In, Out, "--format", "bin"});
+  EXPECT_EQ(Code, 0) << Err.toStdString();
+  EXPECT_TRUE(Exists(Out));
+  std::tie(Code, Err) = Dse({"lvd", "render", Out, "-o", Png});
+  EXPECT_EQ(Code, 0) << Err.toStdString();
+  EXPECT_TRUE(Exists(Png));
+  std::tie(Code, Err) = Dse({"init", Lib});
+  EXPECT_EQ(Code, 0) << Err.toStdString();
+  EXPECT_TRUE(Exists(Lib));
+  std::tie(Code, Err) = Dse({"import", Lib, Out, "--name", "x"});
+  EXPECT_EQ(Code, 0) << Err.toStdString();
+  std::tie(Code, Err) = Dse({"lvd", "import-cad", Cad, Out});
+  EXPECT_EQ(Code, 0) << Err.toStdString();
+  // nothing was written under any other name (Qt cannot list or remove these names)
+  std::vector<std::string> Names;
+  if (DIR* H = ::opendir(D.constData())) {
+    while (const dirent* E = ::readdir(H))
+      if (E->d_name[0] != '.') Names.emplace_back(E->d_name);
+    ::closedir(H);
+  }
+  std::sort(Names.begin(), Names.end());
+  const std::vector<std::string> Expected = {"\xb8\xd6\xbd\xee.lvd", "\xca\xe4\xb3\xf6.lvd", "\xcd\xbc\xbf\xe2.db",
+                                             "\xcd\xbc\xd6\xbd.dxf", "\xcd\xbc\xd6\xbd.png"};
+  EXPECT_EQ(Names, Expected);
+  for (const std::string& N : Names) ::unlink((D + '/' + QByteArray::fromStdString(N)).constData());
+}
+
+TEST(DseLvd, FileNameBytesRoundTrip) {
+  const QByteArray Cases[] = {"plain.lvd", "\xe9\x92\xa2\xe7\xad\x8b.lvd", "\xb8\xd6\xbd\xee.lvd", "a\xff\xfe\x80z",
+                              "\xed\xa0\x80", "\xc0\xaf", "\xf0\x9f\x98\x80"};
+  for (const QByteArray& B : Cases) EXPECT_EQ(EncodeFileName(DecodeFileName(B)), B) << B.toHex().toStdString();
+  EXPECT_EQ(DecodeFileName("\xe9\x92\xa2"), QStringLiteral("钢"));
+  EXPECT_EQ(DecodeFileName("\xb8\xd6"), QString(QChar(0xDCB8)) + QChar(0xDCD6));
 }
