@@ -189,6 +189,9 @@ void TVectorDrawing::LoadBinary(TStream& AStream) {
   FLayers->LoadFromStream(R);
   const qint32 N = R.I32();
   R.CheckCount(N, 17);
+  // the count was checked against the bytes left, so it cannot ask for more than they hold
+  FList.reserve(size_t(N));
+  FIDIndex.reserve(size_t(N));
   for (qint32 I = 0; I < N; ++I) {
     const TVDIClassInfo* Info = FindVDIClass(R.U8());
     if (!Info) throw EVDEError(SVDInvalidStream);
