@@ -218,6 +218,8 @@ private:
       for (int I = 0; I < T.size(); ++I) Print(QStringLiteral("status %1 %2").arg(I).arg(T[I].trimmed()).trimmed());
     } else if (What == QLatin1String("pos")) {
       Print(QStringLiteral("pos %1").arg(FForm.StatusTexts().value(0)));
+    } else if (What == QLatin1String("progress")) {
+      Print(QStringLiteral("progress %1").arg(FForm.ImportProgressSteps()));
     } else if (What == QLatin1String("debug")) {
       TDebugForm& D = Debugger();
       Print(QStringLiteral("debug %1 %2").arg(D.CurLineNo() + 1).arg(D.LastResult()));
@@ -444,6 +446,6 @@ void RegisterEditCommands(TDseCommandLine& ACommands) {
                       "Window statements besides those of `dse draw`:\n"
                       "  action NAME | mode normal|bar|param | focus canvas|props | cell props ROW COL \"TEXT\"\n"
                       "  combo zoom|radius \"TEXT\" | close\n"
-                      "  print actions|bars|params|status\n"),
+                      "  print actions|bars|params|status|progress (how often imports moved their bar)\n"),
        RunEdit});
 }

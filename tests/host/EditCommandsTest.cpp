@@ -335,3 +335,22 @@ TEST_F(EditCommandsTest, ImportADxfFile) {
   EXPECT_TRUE(R.Out.contains(S("action acUndo enabled=false"))) << R.Out.toStdString();
   EXPECT_FALSE(R.Out.contains(S("\nbar "))) << R.Out.toStdString();
 }
+
+// A DXF over 1 MB shows a progress bar that moves through the read and the walk.
+TEST_F(EditCommandsTest, ALargeImportMovesItsProgressBar) {
+  QString Text = S("  0\nSECTION\n  2\nENTITIES\n");
+  for (int I = 0; I < 30000; ++I)
+    Text += S("  0\nLINE\n  8\nWALL\n 10\n%1\n 20\n0\n 11\n%1\n 21\n100\n").arg(I);
+  Text += S("  0\nENDSEC\n  0\nEOF\n");
+  ASSERT_GT(Text.size(), 1024 * 1024);
+  const QString Dxf = Write(S("big.dxf"), Text);
+  const TDseResult R = Edit(1, S("size 800 600\nprint progress\nfile \"%1\"\nanswer yes\naction acImport\nprint items\n"
+                                 "print progress\nanswer no\nclose\n").arg(Dxf));
+  ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
+  const QStringList L = Lines(R);
+  ASSERT_GE(L.size(), 4);
+  EXPECT_EQ(L[0], S("progress 0"));
+  EXPECT_TRUE(L[2].startsWith(S("items 30000 "))) << L[2].toStdString();
+  const int Moves = L[3].mid(9).toInt();
+  EXPECT_TRUE(L[3].startsWith(S("progress ")) && Moves >= 4) << L[3].toStdString();
+}
