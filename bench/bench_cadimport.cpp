@@ -2,6 +2,7 @@
 // file into drawing items next to dxflib's parse alone of the same file, and a
 // 1,000,000-entity import with its time, memory and progress.
 
+#include "GuiBenchMain.h"
 #include "CADImport.h"
 #include "VectorDrawing.h"
 
@@ -116,11 +117,4 @@ BENCHMARK(BM_ImportMillion)->Iterations(1)->Unit(benchmark::kSecond);
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  QGuiApplication App(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
-  return 0;
-}
+DSE_GUI_BENCHMARK_MAIN()

@@ -2,6 +2,7 @@
 // that paints the same primitives straight with QPainter, repaint of a window showing
 // 1% of the drawing, hit tests and snap queries through the spatial index next to the
 // plain walk, and the resident memory the items take.
+#include "GuiBenchMain.h"
 #include "Classes.h"
 #include "VDIHatch.h"
 #include "VDILine.h"
@@ -192,10 +193,4 @@ BENCHMARK(BM_LoadedMemory)->Arg(1000000)->Iterations(1)->Unit(benchmark::kMillis
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  QGuiApplication App(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
-}
+DSE_GUI_BENCHMARK_MAIN()

@@ -1,6 +1,7 @@
 // The editor's interactive costs. A rubber band's mouse move must not grow with the
 // drawing: the same move is timed on 1,000 and 1,000,000 items. Undoing a move of
 // 100,000 selected items is timed next to the move itself, its yardstick.
+#include "GuiBenchMain.h"
 #include "VDECmdExecutor.h"
 #include "VDILine.h"
 #include "VectorDrawingEditor.h"
@@ -139,11 +140,4 @@ BENCHMARK(BM_UndoMoveSelected)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  QGuiApplication App(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
-  return 0;
-}
+DSE_GUI_BENCHMARK_MAIN()

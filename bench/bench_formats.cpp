@@ -1,5 +1,6 @@
 // Load and save of a 100,000-item drawing in both forms, next to the limits: a raw
 // copy of the binary bytes, and a plain parse of the same XML text by pugixml.
+#include "GuiBenchMain.h"
 #include "Classes.h"
 #include "VDIHatch.h"
 #include "VDILine.h"
@@ -161,10 +162,4 @@ BENCHMARK(BM_PugixmlBuildAndWrite)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  QGuiApplication App(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
-}
+DSE_GUI_BENCHMARK_MAIN()

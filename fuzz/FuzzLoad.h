@@ -9,7 +9,8 @@
 #include <cstdint>
 #include <cstdlib>
 
-inline void FuzzLoad(const QByteArray& ABytes) {
+// Text items measure their text: an offscreen application, made once.
+inline void FuzzGuiApp() {
   static QGuiApplication* App = [] {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     static int Argc = 1;
@@ -18,6 +19,10 @@ inline void FuzzLoad(const QByteArray& ABytes) {
     return new QGuiApplication(Argc, Argv);
   }();
   (void)App;
+}
+
+inline void FuzzLoad(const QByteArray& ABytes) {
+  FuzzGuiApp();
   TBytesStream S(ABytes);
   TVectorDrawing D;
   try {

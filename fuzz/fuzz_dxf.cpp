@@ -1,21 +1,13 @@
 // The DXF reader and the builder: any outcome but a drawing or an EDxfError is a finding.
 #include "CADtoVDEBuilder.h"
+#include "FuzzLoad.h"
 #include "DxfReader.h"
 #include "VectorDrawing.h"
-
-#include <QGuiApplication>
 
 #include <cstdint>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* AData, size_t ASize) {
-  static QGuiApplication* App = [] {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    static int Argc = 1;
-    static char Name[] = "fuzz";
-    static char* Argv[] = {Name, nullptr};
-    return new QGuiApplication(Argc, Argv);
-  }();
-  (void)App;
+  FuzzGuiApp();
   TVectorDrawing D;
   TCADtoVDEBuilder Builder(D);
   TDxfOptions Options;
