@@ -138,8 +138,9 @@ private:
   TDoc& FDoc;
   const TDxfOptions& FOptions;
   QStringList& FWarnings;
-  QStringDecoder FDecoder{QStringDecoder::Utf8};
-  bool FUtf8 = true;
+  // How texts of the file decode, fixed by the header; the GBK decoder is made once.
+  enum class TEncoding { Utf8, Gbk, Latin1 } FEncoding = TEncoding::Utf8;
+  mutable QStringDecoder FGbk{"GBK", QStringDecoder::Flag::Stateless};
   qint64 FTick = 0;
   TGroups FGroups, FSubGroups;
   std::map<std::string, int> FSkipped;
@@ -150,12 +151,13 @@ QString TParser::Text(std::string_view V) const {
   QString R;
   size_t Start = 0;
   const auto Flush = [&](size_t AEnd) {
-    if (AEnd > Start) {
-      QStringDecoder D(FUtf8 ? QStringDecoder(QStringDecoder::Utf8) : QStringDecoder("GBK"));
-      if (!FUtf8 && FDoc.CodePage.compare(QLatin1String("ANSI_1252"), Qt::CaseInsensitive) == 0)
-        R += QString::fromLatin1(V.data() + Start, qsizetype(AEnd - Start));
-      else
-        R += D.decode(QByteArrayView(V.data() + Start, qsizetype(AEnd - Start)));
+    if (AEnd <= Start) return;
+    const char* P = V.data() + Start;
+    const qsizetype N = qsizetype(AEnd - Start);
+    switch (FEncoding) {
+      case TEncoding::Utf8: R += QString::fromUtf8(P, N); break;
+      case TEncoding::Latin1: R += QString::fromLatin1(P, N); break;
+      case TEncoding::Gbk: R += FGbk.decode(QByteArrayView(P, N)); break;
     }
   };
   const auto Hex = [&](size_t AAt, size_t ALen, uint& AValue) {
@@ -175,7 +177,7 @@ QString TParser::Text(std::string_view V) const {
                V[I + 3] == '5' && Hex(I + 4, 4, Code)) {
       Flush(I);
       const char Bytes[2] = {char(Code >> 8), char(Code & 0xFF)};
-      R += QStringDecoder("GBK").decode(QByteArrayView(Bytes, 2));
+      R += FGbk.decode(QByteArrayView(Bytes, 2));
       I += 7;
       Start = I + 1;
     }
@@ -269,8 +271,10 @@ void TParser::Header() {
   if (FScan.Code != 0) Fail(FScan.LineNo(), QStringLiteral("HEADER 段没有结束（文件不完整）"));
   // From AutoCAD 2007 (AC1021) on the file is UTF-8 whatever the code page says.
   const bool NewFormat = FDoc.Version.size() == 6 && FDoc.Version.mid(2).toInt() >= 1021;
-  FUtf8 = NewFormat || FDoc.CodePage.isEmpty() || FDoc.CodePage.compare(QLatin1String("UTF-8"), Qt::CaseInsensitive) == 0 ||
-          FDoc.CodePage.compare(QLatin1String("UTF8"), Qt::CaseInsensitive) == 0;
+  const auto Is = [&](const char* AName) { return FDoc.CodePage.compare(QLatin1String(AName), Qt::CaseInsensitive) == 0; };
+  FEncoding = NewFormat || FDoc.CodePage.isEmpty() || Is("UTF-8") || Is("UTF8") ? TEncoding::Utf8
+              : Is("ANSI_1252")                                                 ? TEncoding::Latin1
+                                                                                : TEncoding::Gbk;
 }
 
 void TParser::Tables() {

@@ -129,16 +129,16 @@ private:
     if (++FSummary.Calls > FOptions.MaxItems)
       throw EDxfError(QStringLiteral("展开块和阵列后的图元超过 %1 个，文件不能导入").arg(FOptions.MaxItems));
   }
+  // Group 420 is 0x00RRGGBB; items take 0x00BBGGRR.
+  static TColor FromTrueColor(int ARgb) {
+    return TColor((ARgb >> 16) & 0xFF) | TColor((ARgb >> 8) & 0xFF) << 8 | TColor(ARgb & 0xFF) << 16;
+  }
   TColor ColorOf(const TEnt& E, const TCtx& ACtx, int ALayer) const {
-    if (E.TrueColor >= 0) {
-      const int RGB = E.TrueColor;
-      return TColor((RGB >> 16) & 0xFF) | TColor((RGB >> 8) & 0xFF) << 8 | TColor(RGB & 0xFF) << 16;
-    }
+    if (E.TrueColor >= 0) return FromTrueColor(E.TrueColor);
     if (E.Aci == 0) return ACtx.BlockColor;
     if (E.Aci >= 1 && E.Aci <= 255) return AciColor(E.Aci);
     const TLayerInfo& L = FDoc.Layers[size_t(ALayer)];
-    if (L.TrueColor >= 0)
-      return TColor((L.TrueColor >> 16) & 0xFF) | TColor((L.TrueColor >> 8) & 0xFF) << 8 | TColor(L.TrueColor & 0xFF) << 16;
+    if (L.TrueColor >= 0) return FromTrueColor(L.TrueColor);
     return AciColor(L.Aci);
   }
   int LineTypeOf(const TEnt& E, const TCtx& ACtx, int ALayer) const {

@@ -366,21 +366,17 @@ std::vector<TVectorDrawingItem*> TVectorDrawing::ItemsInBox(const TKRNBox2d& ABo
 
 // The candidates of a hit test at AHitPt: the items whose boxes the tolerance reaches,
 // newest first. Every item the walk would hit is among them.
-static TKRNBox2d HitBox(const TKRNVector2d& AHitPt, double ATol) {
+std::vector<TVectorDrawingItem*> TVectorDrawing::HitCandidates(const TKRNVector2d& AHitPt, double ATol) {
   const double T = std::fabs(ATol) + KRNEpsilon;
-  return TKRNBox2d{{AHitPt.X - T, AHitPt.Y - T}, {AHitPt.X + T, AHitPt.Y + T}};
+  std::vector<TVectorDrawingItem*> R = ItemsInBox(TKRNBox2d{{AHitPt.X - T, AHitPt.Y - T}, {AHitPt.X + T, AHitPt.Y + T}});
+  std::reverse(R.begin(), R.end());
+  return R;
 }
 
 TVectorDrawingItem* TVectorDrawing::HitTest(const TKRNVector2d& AHitPt, double ATol,
                                             const TDrawingItemTypeSet& ASelItemTypeSet) {
   if (FUseIndex) {
-    FIndex->Query(FList, HitBox(AHitPt, ATol), FCandidates);
-    std::sort(FCandidates.begin(), FCandidates.end(), [](const TVectorDrawingItem* A, const TVectorDrawingItem* B) {
-      return A->FListIndex > B->FListIndex;
-    });
-    const std::vector<TVectorDrawingItem*> Candidates = std::move(FCandidates);
-    FCandidates.clear();
-    for (TVectorDrawingItem* Item : Candidates) {
+    for (TVectorDrawingItem* Item : HitCandidates(AHitPt, ATol)) {
       if (!InTypeSet(ASelItemTypeSet, Item->ItemType())) continue;
       if (!Accepts(OnBeforeHitTestItem, *Item)) continue;
       if (Item->HitTest(AHitPt, ATol)) return Item;
@@ -399,12 +395,7 @@ TVectorDrawingItem* TVectorDrawing::HitTest(const TKRNVector2d& AHitPt, double A
 TVectorDrawingItem* TVectorDrawing::SnapDrawingItem(const TKRNVector2d& AHitPt, double ATol,
                                                     const TDrawingItemTypeSet& ASelItemTypeSet) {
   if (FUseIndex) {
-    std::vector<TVectorDrawingItem*> Candidates;
-    FIndex->Query(FList, HitBox(AHitPt, ATol), Candidates);
-    std::sort(Candidates.begin(), Candidates.end(), [](const TVectorDrawingItem* A, const TVectorDrawingItem* B) {
-      return A->FListIndex > B->FListIndex;
-    });
-    for (TVectorDrawingItem* Item : Candidates) {
+    for (TVectorDrawingItem* Item : HitCandidates(AHitPt, ATol)) {
       if (!InTypeSet(ASelItemTypeSet, Item->ItemType())) continue;
       if (Item->HitTest(AHitPt, ATol) && Accepts(OnBeforeHitTestItem, *Item)) return Item;
     }

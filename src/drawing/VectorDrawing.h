@@ -263,7 +263,7 @@ private:
   mutable std::unordered_map<int, TVectorDrawingItem*> FIDIndex;
   std::unique_ptr<TVDItemIndex> FIndex;
   bool FUseIndex = true;
-  std::vector<TVectorDrawingItem*> FCandidates;
+  std::vector<TVectorDrawingItem*> HitCandidates(const TKRNVector2d& AHitPt, double ATol);
   // List positions from AFrom on are written into the items again.
   void Renumber(size_t AFrom);
   int FMaxID = 0;

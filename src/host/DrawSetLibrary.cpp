@@ -172,7 +172,8 @@ std::shared_ptr<TDrawSetLibrary> TDrawSetLibrary::Open(const QString& ALocation)
 }
 
 std::shared_ptr<TDrawSetLibrary> TDrawSetLibrary::Create(const QString& ALocation, bool AReplace) {
-  if (!IsServerLocation(ALocation) && (FileStatus(ALocation).Exists || FileStatus(ALocation).IsLink))
+  const TFileStatus Status = IsServerLocation(ALocation) ? TFileStatus{} : FileStatus(ALocation);
+  if (Status.Exists || Status.IsLink)
     throw EDatabaseError(QStringLiteral("文件已存在：%1").arg(ALocation));
   return Create(ConnectLibraryDb(ALocation, true), AReplace);
 }
