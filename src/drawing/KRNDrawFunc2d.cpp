@@ -315,27 +315,69 @@ constexpr int ReferencePixels = 256;
 // Font names come from files: the cache holds at most this many and starts afresh when
 // full (a drawing uses a handful).
 constexpr qsizetype MaxCachedFonts = 64;
+// Widths of short texts are kept: labels repeat, and shaping is the dear part of an
+// item's box. All fonts together keep at most this many and start afresh when full.
+constexpr qsizetype MaxCachedWidths = 16384;
+constexpr qsizetype MaxCachedTextLength = 128;
 
-qsizetype& CachedFontCount() {
-  static qsizetype N = 0;
-  return N;
+struct TMeasuredFont {
+  explicit TMeasuredFont(const QFont& AFont) : Metrics(AFont) {}
+  QFontMetricsF Metrics;
+  QHash<QString, qreal> Widths;
+};
+
+struct TMeasureCache {
+  QHash<QString, std::shared_ptr<TMeasuredFont>> Fonts;
+  std::shared_ptr<TMeasuredFont> Last;
+  QString LastName;
+  int LastStyle = -1;
+  qsizetype Widths = 0;
+};
+
+TMeasureCache& MeasureCache() {
+  static TMeasureCache C;
+  return C;
 }
 
-std::shared_ptr<QFontMetricsF> ReferenceMetrics(const QString& AFontName, int AFontStyle) {
-  static QHash<QString, std::shared_ptr<QFontMetricsF>> Cache;
+TMeasuredFont& ReferenceFont(const QString& AFontName, int AFontStyle) {
+  TMeasureCache& C = MeasureCache();
+  if (C.Last && C.LastStyle == AFontStyle && C.LastName == AFontName) return *C.Last;
   const QString Key = AFontName + QLatin1Char(';') + QString::number(AFontStyle);
-  auto It = Cache.find(Key);
-  if (It == Cache.end()) {
-    if (Cache.size() >= MaxCachedFonts) Cache.clear();
-    It = Cache.insert(Key, std::make_shared<QFontMetricsF>(TKRNDrawFunc2d::MakeFont(AFontName, AFontStyle, ReferencePixels)));
+  auto It = C.Fonts.find(Key);
+  if (It == C.Fonts.end()) {
+    if (C.Fonts.size() >= MaxCachedFonts) {
+      C.Fonts.clear();
+      C.Widths = 0;
+    }
+    It = C.Fonts.insert(Key, std::make_shared<TMeasuredFont>(TKRNDrawFunc2d::MakeFont(AFontName, AFontStyle, ReferencePixels)));
   }
-  CachedFontCount() = Cache.size();
-  return *It;
+  C.Last = *It;
+  C.LastName = AFontName;
+  C.LastStyle = AFontStyle;
+  return *C.Last;
+}
+
+qreal ReferenceAdvance(TMeasuredFont& AFont, const QString& AText) {
+  if (AText.size() > MaxCachedTextLength) return AFont.Metrics.horizontalAdvance(AText);
+  const auto It = AFont.Widths.constFind(AText);
+  if (It != AFont.Widths.cend()) return *It;
+  TMeasureCache& C = MeasureCache();
+  if (C.Widths >= MaxCachedWidths) {
+    for (const auto& F : std::as_const(C.Fonts)) F->Widths.clear();
+    if (C.Last) C.Last->Widths.clear();
+    C.Widths = 0;
+  }
+  const qreal W = AFont.Metrics.horizontalAdvance(AText);
+  AFont.Widths.insert(AText, W);
+  ++C.Widths;
+  return W;
 }
 
 }  // namespace
 
-qsizetype TKRNDrawFunc2d::CachedFontMetrics() { return CachedFontCount(); }
+qsizetype TKRNDrawFunc2d::CachedFontMetrics() { return MeasureCache().Fonts.size(); }
+
+qsizetype TKRNDrawFunc2d::CachedTextWidths() { return MeasureCache().Widths; }
 
 QFont TKRNDrawFunc2d::MakeFont(const QString& AFontName, int AFontStyle, int APixelSize) {
   InstallFontSubstitutions();
@@ -353,11 +395,12 @@ QStringList TKRNDrawFunc2d::SplitLines(const QString& AText) { return AText.spli
 double TKRNDrawFunc2d::GetSingleTextWidth(const QString& AText, const QString& AFontName, int AFontStyle,
                                           double AHeight) {
   if (AText.isEmpty()) return 0;
-  return ReferenceMetrics(AFontName, AFontStyle)->horizontalAdvance(AText) * AHeight / ReferencePixels;
+  return ReferenceAdvance(ReferenceFont(AFontName, AFontStyle), AText) * AHeight / ReferencePixels;
 }
 
 double TKRNDrawFunc2d::GetWrappedTextMaxWidth(const QString& AText, const QString& AFontName, int AFontStyle,
                                               double AHeight) {
+  if (!AText.contains(u'\r')) return GetSingleTextWidth(AText, AFontName, AFontStyle, AHeight);
   double W = 0;
   for (const QString& L : SplitLines(AText)) W = std::max(W, GetSingleTextWidth(L, AFontName, AFontStyle, AHeight));
   return W;

@@ -104,5 +104,6 @@ public:
                                  std::vector<QPointF>& APoints, bool AWithStart);
   // Font measurements kept for text widths (bounded).
   static qsizetype CachedFontMetrics();
+  static qsizetype CachedTextWidths();
   static QFont MakeFont(const QString& AFontName, int AFontStyle, int APixelSize);
 };

@@ -14,7 +14,25 @@ const QString SVDInvalidXML = QStringLiteral("XML格式非法");
 
 // ---- reading ----------------------------------------------------------------
 
+TVDReader::TVDReader(TStream& AStream, const TVectorDrawing& ADrawing) : FStream(AStream), FDrawing(ADrawing) {
+  if (const auto* B = dynamic_cast<const TBytesStream*>(&AStream)) {
+    FData = B->Bytes().constData();
+    FSize = B->Bytes().size();
+    FPos = AStream.GetPosition();
+  }
+}
+
+TVDReader::~TVDReader() {
+  if (FData) FStream.SetPosition(FPos);
+}
+
 void TVDReader::Read(void* ABuffer, qint64 ACount) {
+  if (FData) {
+    if (ACount < 0 || ACount > FSize - FPos) throw EVDEError(SVDInvalidStream);
+    std::memcpy(ABuffer, FData + FPos, size_t(ACount));
+    FPos += ACount;
+    return;
+  }
   if (ACount < 0 || ACount > Remaining() || FStream.Read(ABuffer, ACount) != ACount) throw EVDEError(SVDInvalidStream);
 }
 
@@ -31,7 +49,9 @@ TKRNVector2d TVDReader::Point() {
   return {X, F64()};
 }
 
-qint64 TVDReader::Remaining() const { return FStream.GetSize() - const_cast<TStream&>(FStream).GetPosition(); }
+qint64 TVDReader::Remaining() const {
+  return FData ? FSize - FPos : FStream.GetSize() - const_cast<TStream&>(FStream).GetPosition();
+}
 
 void TVDReader::CheckCount(qint64 ACount, int AMinSize) {
   if (ACount < 0 || ACount > Remaining() / std::max(1, AMinSize)) throw EVDEError(SVDInvalidStream);
@@ -55,7 +75,7 @@ QString TVDReader::Str(int ALenSize) {
 }
 
 const QString& TVDReader::Version() const { return FDrawing.Version(); }
-double TVDReader::VersionNumber() const { return StrToFloatDef(FDrawing.Version(), 0.0); }
+double TVDReader::VersionNumber() const { return FDrawing.ConvertedVersion(); }
 int TVDReader::CompareVersion(double AVersion) const { return FDrawing.CompareVersion(AVersion); }
 
 void TVDReader::VertexList(TKRNVertex2dList& AList) {
@@ -133,21 +153,39 @@ void SetVDTagTable(const QString& AVersion) {
 
 QString VDNumberText(double AValue) { return FormatFloat(QStringLiteral("0.######"), AValue); }
 
-static double Field(const QString& S) { return StrToFloatDef(S, 0.0); }
+static double Field(QStringView S) { return StrToFloatDef(S, 0.0); }
+
+// The comma-separated fields of a text, read without copies; absent fields are empty.
+template <int N>
+static void Fields(QStringView AText, QStringView (&AOut)[N]) {
+  qsizetype Start = 0;
+  for (int I = 0; I < N; ++I) {
+    if (Start > AText.size()) {
+      AOut[I] = QStringView();
+      continue;
+    }
+    qsizetype Comma = AText.indexOf(u',', Start);
+    if (Comma < 0) Comma = AText.size();
+    AOut[I] = AText.mid(Start, Comma - Start);
+    Start = Comma + 1;
+  }
+}
 
 QString VDPointText(const TKRNVector2d& P) { return VDNumberText(P.X) + u',' + VDNumberText(P.Y); }
 
 TKRNVector2d VDTextPoint(const QString& AText) {
-  const QStringList F = AText.split(u',');
-  return {Field(F.value(0)), Field(F.value(1))};
+  QStringView F[2];
+  Fields(AText, F);
+  return {Field(F[0]), Field(F[1])};
 }
 
 QString VDLineText(const TKRNVector2d& A, const TKRNVector2d& B) { return VDPointText(A) + u',' + VDPointText(B); }
 
 void VDTextLine(const QString& AText, TKRNVector2d& A, TKRNVector2d& B) {
-  const QStringList F = AText.split(u',');
-  A = {Field(F.value(0)), Field(F.value(1))};
-  B = {Field(F.value(2)), Field(F.value(3))};
+  QStringView F[4];
+  Fields(AText, F);
+  A = {Field(F[0]), Field(F[1])};
+  B = {Field(F[2]), Field(F[3])};
 }
 
 QString VDVertexText(const TKRNVertex2dList& AList, bool ALineOnly) {
@@ -164,12 +202,20 @@ QString VDVertexText(const TKRNVertex2dList& AList, bool ALineOnly) {
 
 void VDTextVertices(const QString& AText, TKRNVertex2dList& AList) {
   AList.Clear();
-  for (const QString& Piece : AText.split(u';', Qt::SkipEmptyParts)) {
-    const QStringList F = Piece.split(u',');
-    const TKRNVector2d P{Field(F.value(0)), Field(F.value(1))};
-    const int T = StrToIntDef(F.value(3), 0);
+  const QStringView Text(AText);
+  qsizetype Start = 0;
+  while (Start <= Text.size()) {
+    qsizetype End = Text.indexOf(u';', Start);
+    if (End < 0) End = Text.size();
+    const QStringView Piece = Text.mid(Start, End - Start);
+    Start = End + 1;
+    if (Piece.isEmpty()) continue;
+    QStringView F[4];
+    Fields(Piece, F);
+    const TKRNVector2d P{Field(F[0]), Field(F[1])};
+    const int T = StrToIntDef(F[3], 0);
     if (T == 0) AList.AddLinePoint(P);
-    else if (T >= 1 && T <= 4) AList.AddArcPoint(P, TKRNArcType(T), Field(F.value(2)));
+    else if (T >= 1 && T <= 4) AList.AddArcPoint(P, TKRNArcType(T), Field(F[2]));
   }
 }
 

@@ -23,7 +23,11 @@ extern const QString SVDInvalidXML;     // "XML格式非法"
 // raises EVDEError "非法矢量图流格式", so a damaged stream cannot allocate wildly.
 class TVDReader {
 public:
-  TVDReader(TStream& AStream, const TVectorDrawing& ADrawing) : FStream(AStream), FDrawing(ADrawing) {}
+  TVDReader(TStream& AStream, const TVectorDrawing& ADrawing);
+  // A reader over bytes in memory leaves the stream at the position it reached.
+  ~TVDReader();
+  TVDReader(const TVDReader&) = delete;
+  TVDReader& operator=(const TVDReader&) = delete;
 
   void Read(void* ABuffer, qint64 ACount);
   quint8 U8();
@@ -55,6 +59,9 @@ private:
   QByteArray Bytes(int ALenSize);
   TStream& FStream;
   const TVectorDrawing& FDrawing;
+  // Set when the stream holds its bytes in memory: reads then copy from there directly.
+  const char* FData = nullptr;
+  qint64 FSize = 0, FPos = 0;
 };
 
 class TVDWriter {

@@ -52,7 +52,7 @@ void TVectorText::BuildOutRect() {
   }
   if (W == 0) W = 24.0;
   if (H == 0) H = 12.0;
-  const int Lines = int(TKRNDrawFunc2d::SplitLines(FText).size());
+  const int Lines = int(FText.count(QStringLiteral("\r\n"))) + 1;
   FBoundPoly = TKRNDrawFunc2d::GetDrawTextPoly(FInsertPt, FAngle, W, H, Lines, FHorzAlignment, FVertAlignment);
   FOutRect = FBoundPoly->Box();
 }

@@ -248,6 +248,8 @@ private:
   void UnindexID(const TVectorDrawingItem* AItem);
   void LoadBinary(TStream& AStream);
   void LoadXML(TStream& AStream);
+  void LoadXMLHeader(IXMLNode& ARoot);
+  void LoadXMLItem(IXMLNode& ANode);
   std::vector<TVectorDrawingItem*> ItemsToSave(bool AOnlySelItems) const;
   bool Accepts(const TVDAcceptItemEvent& AEvent, TVectorDrawingItem& AItem);
   static bool InTypeSet(const TDrawingItemTypeSet& ASet, int AType) { return ASet.none() || ASet.test(size_t(AType)); }

@@ -5,6 +5,9 @@
 
 #include <QFile>
 
+#include <exception>
+#include <optional>
+
 namespace {
 const QString SMagic = QStringLiteral("MelvarineVectorDrawing");
 
@@ -201,45 +204,86 @@ void TVectorDrawing::LoadBinary(TStream& AStream) {
   }
 }
 
+void TVectorDrawing::LoadXMLHeader(IXMLNode& ARoot) {
+  Clear();
+  SetVersion(ARoot.AttrAsString(QStringLiteral("Version")));
+  SetOriVersion(FVersion);
+  SetVDTagTable(FVersion);
+  FBackColor = TColor(ARoot.AttrAsInteger(QStringLiteral("BackColor")));
+  FDrawingWidth = int(ARoot.AttrAsInteger(QStringLiteral("DrawingWidth")));
+  FDrawingHeight = int(ARoot.AttrAsInteger(QStringLiteral("DrawingHeight")));
+  if (IXMLNode* Layers = ARoot.ChildNodes().FindNode(QStringLiteral("Layers"))) FLayers->LoadFromXMLNode(*Layers);
+  else FLayers->Repair();
+}
+
+void TVectorDrawing::LoadXMLItem(IXMLNode& ANode) {
+  qint64 Type;
+  const QString TypeText = ANode.AttrAsString(VDTags().ItemType);
+  const TVDIClassInfo* Info = TryStrToInt64(TypeText, Type) ? FindVDIClass(int(Type)) : nullptr;
+  if (!Info) throw EVDEError(SVDInvalidXML);
+  std::unique_ptr<TVectorDrawingItem> Item(Info->Create(this));
+  Item->LoadFromXMLNode(ANode);
+  AppendRaw(Item.release());
+}
+
 void TVectorDrawing::LoadXML(TStream& AStream) {
   const std::unique_ptr<IXMLDocument> Doc = NewXMLDocument();
+  std::optional<TVersionScope> Scope;
+  // Items are read as the parser completes them, once the header and the layers they
+  // refer to are known; a document laid out otherwise is read from its whole tree.
+  // An item's error waits for the end of the parse, so malformed text still reads as such.
+  const IXMLNode* Streamed = nullptr;
+  bool Decided = false;
+  std::exception_ptr ItemError;
+  const TXMLElementDone Done = [&](IXMLNode& AElement, int ADepth) {
+    if (ADepth != 3) return false;
+    IXMLNode* Items = AElement.Parent();
+    if (!Decided) {
+      if (Items->Name().compare(QLatin1String("DrawingItems"), Qt::CaseInsensitive) != 0) return false;
+      Decided = true;
+      IXMLNode* Root = Items->Parent();
+      IXMLNodeList& C = Root->ChildNodes();
+      if (Root->Name().compare(SMagic, Qt::CaseInsensitive) != 0 ||
+          C.FindNode(QStringLiteral("DrawingItems")) != Items || !C.FindNode(QStringLiteral("Layers")))
+        return false;
+      BeginUpdate();
+      Scope.emplace(*this);
+      LoadXMLHeader(*Root);
+      Streamed = Items;
+    }
+    if (Items != Streamed) return false;
+    if (!ItemError) {
+      try {
+        LoadXMLItem(AElement);
+      } catch (...) {
+        ItemError = std::current_exception();
+      }
+    }
+    return true;
+  };
   try {
-    Doc->LoadFromStream(AStream);
+    Doc->LoadFromStreamWith(AStream, Done);
   } catch (const EXMLError&) {
     Initialize(false);
     throw EVDEError(SVDInvalidXML);
   }
   IXMLNode* Root = Doc->Root();
   if (!Root || Root->Name().compare(SMagic, Qt::CaseInsensitive) != 0) throw EVDEError(SVDInvalidXML);
-  BeginUpdate();
-  TVersionScope Scope{*this};
-  Clear();
-  SetVersion(Root->AttrAsString(QStringLiteral("Version")));
-  SetOriVersion(FVersion);
-  SetVDTagTable(FVersion);
-  FBackColor = TColor(Root->AttrAsInteger(QStringLiteral("BackColor")));
-  FDrawingWidth = int(Root->AttrAsInteger(QStringLiteral("DrawingWidth")));
-  FDrawingHeight = int(Root->AttrAsInteger(QStringLiteral("DrawingHeight")));
+  if (ItemError) std::rethrow_exception(ItemError);
+  if (!Streamed) {
+    BeginUpdate();
+    Scope.emplace(*this);
+    LoadXMLHeader(*Root);
+  }
   IXMLNodeList& C = Root->ChildNodes();
   IXMLNode* Remark = C.FindNode(QStringLiteral("Remark"));
   FRemark = Remark ? Remark->Text() : QString();
   IXMLNode* Ext = C.FindNode(QStringLiteral("ExtData"));
   FExtData = Ext ? Ext->Text() : QString();
-  if (IXMLNode* Layers = C.FindNode(QStringLiteral("Layers"))) FLayers->LoadFromXMLNode(*Layers);
-  else FLayers->Repair();
   if (IXMLNode* Items = C.FindNode(QStringLiteral("DrawingItems"))) {
     IXMLNodeList& L = Items->ChildNodes();
-    for (int I = 0; I < L.Count(); ++I) {
-      IXMLNode* N = L.GetNode(I);
-      if (N->NodeType() != ntElement) continue;
-      qint64 Type;
-      const QString TypeText = N->AttrAsString(VDTags().ItemType);
-      const TVDIClassInfo* Info = TryStrToInt64(TypeText, Type) ? FindVDIClass(int(Type)) : nullptr;
-      if (!Info) throw EVDEError(SVDInvalidXML);
-      std::unique_ptr<TVectorDrawingItem> Item(Info->Create(this));
-      Item->LoadFromXMLNode(*N);
-      AppendRaw(Item.release());
-    }
+    for (int I = 0; I < L.Count(); ++I)
+      if (L.GetNode(I)->NodeType() == ntElement) LoadXMLItem(*L.GetNode(I));
   }
 }
 

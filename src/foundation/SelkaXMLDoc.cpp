@@ -16,6 +16,8 @@ class TXMLNodeAttribute : public IXMLNodeAttribute {
 public:
   explicit TXMLNodeAttribute(QString AName)
       : FName(std::move(AName)), FHashData(TStrKeyHash::StrHash(FName, false)) {}
+  TXMLNodeAttribute(QString AName, quint32 AHash, QString AValue)
+      : FName(std::move(AName)), FValue(std::move(AValue)), FHashData(AHash) {}
   QString Name() const override { return FName; }
   QString AsString() const override { return FValue; }
   void SetAsString(const QString& AValue) override { FValue = AValue; }
@@ -45,6 +47,15 @@ public:
     return FList.back().get();
   }
   IXMLNodeAttribute* GetItemsByName(const QString& AName) override { return Add(AName); }
+  // A parsed attribute whose name's hash is known: a repeated name keeps its last value.
+  void Put(const QString& AName, quint32 AHash, QString AValue) {
+    for (const auto& A : FList)
+      if (A->Hash() == AHash && SameText(A->Name(), AName)) {
+        A->SetAsString(AValue);
+        return;
+      }
+    FList.push_back(std::make_unique<TXMLNodeAttribute>(AName, AHash, std::move(AValue)));
+  }
   int IndexOf(const QString& AName) const override {
     const quint32 H = TStrKeyHash::StrHash(AName, false);
     for (size_t I = 0; I < FList.size(); ++I)
@@ -92,6 +103,7 @@ public:
     FList.push_back(std::move(ANode));
     return FList.back().get();
   }
+  void DeleteLast() { FList.pop_back(); }
 
 private:
   std::vector<std::unique_ptr<IXMLNode>> FList;
@@ -128,8 +140,10 @@ public:
     return FNodeList.Append(std::make_unique<TXMLNode>(this, AType, AName));
   }
   const TXMLNodeList& Children() const { return FNodeList; }
+  TXMLNodeList& Children() { return FNodeList; }
   void SetName(const QString& AName) { FName = AName; }
   const TXMLNodeAttributes& Attrs() const { return FAttributes; }
+  TXMLNodeAttributes& Attrs() { return FAttributes; }
 
 private:
   IXMLNode* FParent;
@@ -208,7 +222,7 @@ void WriteNode(const TXMLNode& N, QString& Out, bool AIndent, int ADepth) {
 // One pass over the text; each routine starts at the character it names.
 class TXMLParser {
 public:
-  explicit TXMLParser(const QString& AData) : FData(AData) {}
+  TXMLParser(const QString& AData, const TXMLElementDone* ADone) : FData(AData), FDone(ADone) { FNames.reserve(256); }
 
   // document = [header] { comment | blank } element { comment | blank }
   void Parse(std::unique_ptr<TXMLNode>& ARoot, QString& AVersion, QString& AEncoding) {
@@ -253,13 +267,30 @@ private:
   static bool IsNameChar(QChar C) {
     return !(C.unicode() <= 32 || C == u'=' || C == u'/' || C == u'>' || C == u'<' || C == u'"' || C == u'\'');
   }
-  QString Name() {
+  // Names repeat from element to element: each distinct one is made once (up to a
+  // bound), with the hash its attribute needs.
+  struct TName {
+    QString Text;
+    quint32 Hash;
+  };
+  const TName& SharedName() {
     const qsizetype S = FPos;
     while (FPos < FData.size() && IsNameChar(FData[FPos])) ++FPos;
-    return FData.mid(S, FPos - S);
+    const QStringView V = QStringView(FData).mid(S, FPos - S);
+    for (const TName& N : FNames)
+      if (N.Text == V) return N;
+    QString Text = V.toString();
+    const quint32 Hash = TStrKeyHash::StrHash(Text, false);
+    if (FNames.size() >= 256) {
+      FSpareName = {std::move(Text), Hash};
+      return FSpareName;
+    }
+    FNames.push_back({std::move(Text), Hash});
+    return FNames.back();
   }
 
   QString Decode(QStringView S) const {
+    if (!S.contains(u'&')) return S.toString();
     QString R;
     R.reserve(S.size());
     for (qsizetype I = 0; I < S.size(); ++I) {
@@ -306,7 +337,7 @@ private:
       SkipBlank();
       if (FPos >= FData.size()) Fail(QStringLiteral("unterminated tag"));
       if (Starts(AEnd) || Starts(QLatin1String(">")) || Starts(QLatin1String("/>"))) return;
-      const QString N = Name();
+      const TName& N = SharedName();
       SkipBlank();
       if (FPos >= FData.size() || FData[FPos] != u'=') Fail(QStringLiteral("'=' expected after attribute name"));
       ++FPos;
@@ -315,7 +346,7 @@ private:
       const QChar Q = FData[FPos++];
       const qsizetype E = FData.indexOf(Q, FPos);
       if (E < 0) Fail(QStringLiteral("unterminated attribute value"));
-      ANode.Attributes().Add(N)->SetAsString(Decode(QStringView(FData).mid(FPos, E - FPos)));
+      ANode.Attrs().Put(N.Text, N.Hash, Decode(QStringView(FData).mid(FPos, E - FPos)));
       FPos = E + 1;
     }
   }
@@ -333,7 +364,7 @@ private:
   void Element(TXMLNode& ANode) {
     if (++FDepth > 1000) Fail(QStringLiteral("nesting too deep"));
     ++FPos;
-    const QString N = Name();
+    const QString N = SharedName().Text;
     if (N.isEmpty()) Fail(QStringLiteral("element name expected"));
     ANode.SetName(N);
     Attributes(ANode, QLatin1String("/>"));
@@ -346,8 +377,10 @@ private:
     Content(ANode);
     // "</" name ">"
     FPos += 2;
-    const QString Close = Name();
-    if (Close != N) Fail(QStringLiteral("</%1> closes <%2>").arg(Close, N));
+    const qsizetype CloseStart = FPos;
+    while (FPos < FData.size() && IsNameChar(FData[FPos])) ++FPos;
+    const QStringView Close = QStringView(FData).mid(CloseStart, FPos - CloseStart);
+    if (Close != N) Fail(QStringLiteral("</%1> closes <%2>").arg(Close.toString(), N));
     SkipBlank();
     if (FPos >= FData.size() || FData[FPos] != u'>') Fail(QStringLiteral("'>' expected"));
     ++FPos;
@@ -378,13 +411,17 @@ private:
       } else {
         auto* Child = static_cast<TXMLNode*>(ANode.AddChild(QStringLiteral("?"), ntElement));
         Element(*Child);
+        if (FDone && (*FDone)(*Child, FDepth + 1)) ANode.Children().DeleteLast();
       }
     }
   }
 
   const QString& FData;
+  const TXMLElementDone* FDone;
   qsizetype FPos = 0;
   int FDepth = 0;
+  std::vector<TName> FNames;
+  TName FSpareName;
 };
 
 class TXMLDocument : public IXMLDocument {
@@ -394,12 +431,9 @@ public:
     FRoot = std::make_unique<TXMLNode>(nullptr, ntElement, AName);
     return FRoot.get();
   }
-  void LoadFromString(const QString& AText) override {
-    FRoot.reset();
-    TXMLParser P(AText);
-    P.Parse(FRoot, FVersion, FEncoding);
-  }
-  void LoadFromStream(TStream& AStream, bool) override {
+  void LoadFromString(const QString& AText) override { Load(AText, nullptr); }
+  void LoadFromStream(TStream& AStream, bool) override { LoadFromStreamWith(AStream, TXMLElementDone()); }
+  void LoadFromStreamWith(TStream& AStream, const TXMLElementDone& ADone) override {
     AStream.SetPosition(0);
     const qint64 N = AStream.GetSize();
     QByteArray B(qsizetype(std::max<qint64>(0, N)), Qt::Uninitialized);
@@ -410,8 +444,9 @@ public:
     const bool Gbk = Head.contains("encoding=\"gbk\"") || Head.contains("encoding=\"gb2312\"") ||
                      Head.contains("encoding='gbk'") || Head.contains("encoding='gb2312'");
     QString Text = Gbk ? QStringDecoder("GBK")(B) : QString::fromUtf8(B);
+    B = QByteArray();
     if (Text.startsWith(QChar(0xFEFF))) Text.remove(0, 1);
-    LoadFromString(Text);
+    Load(Text, ADone ? &ADone : nullptr);
   }
   void LoadFromFile(const QString& AFileName) override {
     QByteArray Data;
@@ -447,6 +482,12 @@ public:
   void SetIncludeHeader(bool AValue) override { FIncludeHeader = AValue; }
 
 private:
+  void Load(const QString& AText, const TXMLElementDone* ADone) {
+    FRoot.reset();
+    TXMLParser P(AText, ADone);
+    P.Parse(FRoot, FVersion, FEncoding);
+  }
+
   std::unique_ptr<TXMLNode> FRoot;
   bool FAutoIndent = true;
   bool FIncludeHeader = true;

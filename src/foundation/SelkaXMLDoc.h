@@ -8,6 +8,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 enum TXMLNodeType { ntElement, ntText, ntCData, ntComment };
@@ -91,6 +92,11 @@ public:
   bool HasAttr(const QString& AName) const;
 };
 
+// Called for each element below the root as soon as it is complete, with its depth
+// (the root's children are at 2). Returning true takes the element out of the tree:
+// large documents are then read without holding every node.
+using TXMLElementDone = std::function<bool(IXMLNode& AElement, int ADepth)>;
+
 class IXMLDocument {
 public:
   virtual ~IXMLDocument() = default;
@@ -98,6 +104,7 @@ public:
   virtual IXMLNode* AddRoot(const QString& AName) = 0;
   // Raise EXMLError on malformed text; the tree then holds what was read.
   virtual void LoadFromStream(TStream& AStream, bool AUseUtf8Optimize = true) = 0;
+  virtual void LoadFromStreamWith(TStream& AStream, const TXMLElementDone& ADone) = 0;
   virtual void LoadFromFile(const QString& AFileName) = 0;
   virtual void LoadFromString(const QString& AText) = 0;
   virtual void SaveToStream(TStream& AStream) const = 0;

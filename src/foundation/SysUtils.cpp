@@ -1,5 +1,7 @@
 #include "SysUtils.h"
 
+#include <charconv>
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -62,7 +64,7 @@ bool SameText(const QString& S1, const QString& S2) {
 
 // ---- integers -------------------------------------------------------------
 
-bool TryStrToInt64(const QString& S, qint64& AValue) {
+bool TryStrToInt64(QStringView S, qint64& AValue) {
   qsizetype I = 0;
   const qsizetype N = S.size();
   while (I < N && S[I] == u' ') ++I;
@@ -97,7 +99,7 @@ bool TryStrToInt64(const QString& S, qint64& AValue) {
   return true;
 }
 
-bool TryStrToInt(const QString& S, int& AValue) {
+bool TryStrToInt(QStringView S, int& AValue) {
   qint64 V;
   if (!TryStrToInt64(S, V) || V < std::numeric_limits<int>::min() || V > std::numeric_limits<int>::max())
     return false;
@@ -117,46 +119,63 @@ int StrToInt(const QString& S) {
   return V;
 }
 
-int StrToIntDef(const QString& S, int ADefault) {
+int StrToIntDef(QStringView S, int ADefault) {
   int V;
   return TryStrToInt(S, V) ? V : ADefault;
 }
 
 // ---- floats ---------------------------------------------------------------
 
-bool TryStrToFloat(const QString& S, double& AValue) {
-  const QString T = Trim(S);
+bool TryStrToFloat(QStringView S, double& AValue) {
+  qsizetype B = 0, N = S.size();
+  while (B < N && S[B].unicode() <= ' ') ++B;
+  while (N > B && S[N - 1].unicode() <= ' ') --N;
+  const QStringView T = S.mid(B, N - B);
   if (T.isEmpty()) return false;
   // number = [sign] digits [. digits] [(E|e) [sign] digits], at least one mantissa digit
-  QByteArray A;
-  A.reserve(T.size());
-  qsizetype I = 0;
-  const qsizetype N = T.size();
+  char Small[64];
+  QByteArray Large;
+  char* A = Small;
+  if (T.size() >= qsizetype(sizeof Small)) {
+    Large.resize(T.size() + 1);
+    A = Large.data();
+  }
+  qsizetype I = 0, Len = 0;
+  const qsizetype L = T.size();
   auto Digits = [&]() {
     int Count = 0;
-    while (I < N && T[I] >= u'0' && T[I] <= u'9') {
-      A.append(char(T[I].unicode()));
+    while (I < L && T[I] >= u'0' && T[I] <= u'9') {
+      A[Len++] = char(T[I].unicode());
       ++I;
       ++Count;
     }
     return Count;
   };
-  if (T[I] == u'+' || T[I] == u'-') A.append(char(T[I++].unicode()));
+  bool Plus = false;
+  if (T[I] == u'+' || T[I] == u'-') {
+    Plus = T[I] == u'+';
+    A[Len++] = char(T[I++].unicode());
+  }
   int Mantissa = Digits();
-  if (I < N && T[I] == u'.') {
-    A.append('.');
+  if (I < L && T[I] == u'.') {
+    A[Len++] = '.';
     ++I;
     Mantissa += Digits();
   }
   if (Mantissa == 0) return false;
-  if (I < N && (T[I] == u'e' || T[I] == u'E')) {
-    A.append('e');
+  if (I < L && (T[I] == u'e' || T[I] == u'E')) {
+    A[Len++] = 'e';
     ++I;
-    if (I < N && (T[I] == u'+' || T[I] == u'-')) A.append(char(T[I++].unicode()));
+    if (I < L && (T[I] == u'+' || T[I] == u'-')) A[Len++] = char(T[I++].unicode());
     if (Digits() == 0) return false;
   }
-  if (I != N) return false;
-  const double V = std::strtod(A.constData(), nullptr);
+  if (I != L) return false;
+  A[Len] = 0;
+  // from_chars rounds as strtod does; strtod stays for what it refuses (over- and underflow).
+  double V;
+  const char* First = A + (Plus ? 1 : 0);
+  const auto R = std::from_chars(First, A + Len, V);
+  if (R.ec != std::errc() || R.ptr != A + Len) V = std::strtod(A, nullptr);
   if (!std::isfinite(V)) return false;
   AValue = V;
   return true;
@@ -169,7 +188,7 @@ double StrToFloat(const QString& S) {
   return V;
 }
 
-double StrToFloatDef(const QString& S, double ADefault) {
+double StrToFloatDef(QStringView S, double ADefault) {
   double V;
   return TryStrToFloat(S, V) ? V : ADefault;
 }

@@ -43,14 +43,14 @@ bool SameText(const QString& S1, const QString& S2);
 // hex form ("$1F", "0x1F"); nothing after. Raises EConvertError on failure.
 qint64 StrToInt64(const QString& S);
 int StrToInt(const QString& S);
-bool TryStrToInt64(const QString& S, qint64& AValue);
-bool TryStrToInt(const QString& S, int& AValue);
-int StrToIntDef(const QString& S, int ADefault);
+bool TryStrToInt64(QStringView S, qint64& AValue);
+bool TryStrToInt(QStringView S, int& AValue);
+int StrToIntDef(QStringView S, int ADefault);
 
 // Strict float conversion with "." as decimal separator; blanks around are allowed.
 double StrToFloat(const QString& S);
-bool TryStrToFloat(const QString& S, double& AValue);
-double StrToFloatDef(const QString& S, double ADefault);
+bool TryStrToFloat(QStringView S, double& AValue);
+double StrToFloatDef(QStringView S, double ADefault);
 
 // General float text: 15 significant digits, scientific outside 1E-5 .. 1E15.
 QString FloatToStr(double AValue);

@@ -152,4 +152,13 @@ TEST(TKRNDrawFunc2d, FontMeasurementsStayBounded) {
     TKRNDrawFunc2d::GetSingleTextWidth(QStringLiteral("x"), QStringLiteral("字体%1").arg(I), 0, 10);
   EXPECT_LE(TKRNDrawFunc2d::CachedFontMetrics(), 64);
   EXPECT_DOUBLE_EQ(TKRNDrawFunc2d::GetSingleTextWidth(QStringLiteral("L1"), QStringLiteral("宋体"), 0, 100), W);
+  // Widths of texts are kept too, also within a bound, and give what shaping gives.
+  const double Long = TKRNDrawFunc2d::GetSingleTextWidth(QStringLiteral("L=12345"), QStringLiteral("宋体"), 0, 100);
+  for (int I = 0; I < 20000; ++I)
+    TKRNDrawFunc2d::GetSingleTextWidth(QStringLiteral("L=%1").arg(I), QStringLiteral("宋体"), I % 2, 10);
+  EXPECT_LE(TKRNDrawFunc2d::CachedTextWidths(), 16384);
+  EXPECT_GT(TKRNDrawFunc2d::CachedTextWidths(), 0);
+  EXPECT_DOUBLE_EQ(TKRNDrawFunc2d::GetSingleTextWidth(QStringLiteral("L=12345"), QStringLiteral("宋体"), 0, 100), Long);
+  EXPECT_DOUBLE_EQ(TKRNDrawFunc2d::GetSingleTextWidth(QStringLiteral("L=12345"), QStringLiteral("宋体"), 0, 50), Long / 2);
+  EXPECT_GT(TKRNDrawFunc2d::GetSingleTextWidth(QStringLiteral("L=12345"), QStringLiteral("宋体"), fsBold, 100), 0);
 }

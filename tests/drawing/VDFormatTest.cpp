@@ -529,3 +529,62 @@ TEST(TVectorDrawingFile, AFailedLoadLeavesTheDrawingAsItWas) {
     EXPECT_EQ(D.MaxID(), MaxID);
   }
 }
+
+// Items are read while the text is parsed when the layers come first; every other
+// layout is read from the whole tree. Both must give the same drawing.
+TEST(TVectorDrawingFile, ItemsReadDuringTheParseMatchTheTree) {
+  TVectorDrawing Src;
+  Fill(Src);
+  TBytesStream Xml;
+  Src.SaveToStream(Xml, sfXML);
+  const QByteArray Text = Xml.Bytes();
+  const auto BinaryOf = [](const QByteArray& AText) {
+    TVectorDrawing D;
+    TBytesStream S(AText);
+    D.LoadFromStream(S);
+    TBytesStream B;
+    D.SaveToStream(B, sfBin);
+    return B.Bytes();
+  };
+  const QByteArray Expected = BinaryOf(Text);
+  EXPECT_EQ(BinaryOf(Expected), Expected);
+
+  // the layers after the items: the items still find theirs
+  const qsizetype LayersAt = Text.indexOf("<Layers>"), LayersEnd = Text.indexOf("</Layers>") + 9;
+  ASSERT_GT(LayersAt, 0);
+  QByteArray LayersLast = Text;
+  const QByteArray Layers = Text.mid(LayersAt, LayersEnd - LayersAt);
+  LayersLast.remove(LayersAt, Layers.size());
+  LayersLast.insert(LayersLast.indexOf("</MelvarineVectorDrawing>"), Layers);
+  EXPECT_EQ(BinaryOf(LayersLast), Expected);
+
+  // a second item list is not read
+  QByteArray TwoLists = Text;
+  TwoLists.insert(TwoLists.indexOf("</MelvarineVectorDrawing>"), "<DrawingItems><DI DIT=\"5\" ID=\"99\"/></DrawingItems>");
+  EXPECT_EQ(BinaryOf(TwoLists), Expected);
+
+  // an item that cannot be read: its own message, unless the text is malformed further on
+  const qsizetype ItemsAt = Text.indexOf("<DrawingItems>") + 14;
+  QByteArray BadItem = Text;
+  BadItem.insert(ItemsAt, "<DI DIT=\"8\" HchPoly=\"(,1,2,ltLine)\"/>");
+  QByteArray BadItemThenBadText = BadItem;
+  BadItemThenBadText.chop(BadItemThenBadText.size() - BadItemThenBadText.indexOf("</DrawingItems>"));
+  for (const auto& [Input, Message] : {std::pair{BadItem, QStringLiteral("多边形字符串格式错误")},
+                                       std::pair{BadItemThenBadText, QStringLiteral("XML格式非法")}}) {
+    TVectorDrawing D;
+    Fill(D);
+    D.SetRemark(QStringLiteral("原来的"));
+    TBytesStream Before;
+    D.SaveToStream(Before, sfBin);
+    TBytesStream S(Input);
+    try {
+      D.LoadFromStream(S);
+      ADD_FAILURE() << "loaded";
+    } catch (const EVDEError& E) {
+      EXPECT_EQ(E.Message(), Message);
+    }
+    TBytesStream After;
+    D.SaveToStream(After, sfBin);
+    EXPECT_EQ(After.Bytes(), Before.Bytes());
+  }
+}

@@ -133,3 +133,25 @@ TEST(TXMLDocument, MixedContentSavesStably) {
     EXPECT_EQ(E->SaveToString(), S1);
   }
 }
+
+TEST(TXMLDocument, ElementsCanBeTakenAsTheyComplete) {
+  const QByteArray Text = "<?xml version=\"1.0\"?><R a=\"1\"><A><B x=\"1\"/>t<B x=\"2\"><C/></B></A><D/></R>";
+  TBytesStream S(Text);
+  const auto Doc = NewXMLDocument();
+  QStringList Seen;
+  Doc->LoadFromStreamWith(S, [&](IXMLNode& E, int Depth) {
+    Seen << QStringLiteral("%1%2%3").arg(E.Name()).arg(Depth).arg(E.AttrAsString(QStringLiteral("x")));
+    EXPECT_EQ(E.Parent()->Parent() ? E.Parent()->Parent()->AttrAsString(QStringLiteral("a")) : QString(),
+              Depth == 3 ? QStringLiteral("1") : QString());
+    return E.Name() == QLatin1String("B");
+  });
+  EXPECT_EQ(Seen, QStringList({"B31", "C4", "B32", "A2", "D2"}));
+  IXMLNode* A = Doc->Root()->ChildNodes().FindNode(QStringLiteral("A"));
+  ASSERT_NE(A, nullptr);
+  ASSERT_EQ(A->ChildNodes().Count(), 1);  // the text stays, the taken elements are gone
+  EXPECT_EQ(A->Text(), QStringLiteral("t"));
+  EXPECT_NE(Doc->Root()->ChildNodes().FindNode(QStringLiteral("D")), nullptr);
+
+  TBytesStream Broken(Text.left(Text.size() - 4));
+  EXPECT_THROW(Doc->LoadFromStreamWith(Broken, [](IXMLNode&, int) { return true; }), EXMLError);
+}

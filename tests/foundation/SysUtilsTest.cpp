@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <random>
+#include <string>
+
 #include <cmath>
 #include <limits>
 
@@ -53,10 +57,20 @@ TEST(SysUtils, StrToFloatIsStrict) {
   const struct {
     const char* Text;
     double Value;
-  } Good[] = {{"1.5", 1.5}, {" 2 ", 2}, {"-1e3", -1000}, {".5", 0.5}, {"5.", 5}, {"+0.25E-1", 0.025}};
+  } Good[] = {{"1.5", 1.5}, {" 2 ", 2}, {"-1e3", -1000}, {".5", 0.5}, {"5.", 5}, {"+0.25E-1", 0.025},
+               {"1e-400", 0}, {"\t7\n", 7},
+               {"0.00000000000000000000000000000000000000000000000000000000000000000000000000001", 1e-77}};
   for (const auto& C : Good) {
     SCOPED_TRACE(C.Text);
     EXPECT_DOUBLE_EQ(StrToFloat(QString::fromUtf8(C.Text)), C.Value);
+  }
+  // Every value rounds exactly as the C library rounds it.
+  std::mt19937_64 Rng(11);
+  for (int I = 0; I < 20000; ++I) {
+    const std::string T = std::to_string(Rng() % 2000000000) + "." + std::to_string(Rng()) + "e" +
+                          std::to_string(int(Rng() % 40) - 20);
+    SCOPED_TRACE(T);
+    ASSERT_EQ(StrToFloat(QString::fromStdString(T)), std::strtod(T.c_str(), nullptr));
   }
   const char* Bad[] = {"", "1,5", "e5", "1e", ".", "abc", "1.2.3", "1e400", "nan", "inf"};
   for (const char* B : Bad) {
