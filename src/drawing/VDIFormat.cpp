@@ -151,7 +151,7 @@ void SetVDTagTable(const QString& AVersion) {
 
 // ---- text forms -------------------------------------------------------------
 
-QString VDNumberText(double AValue) { return FormatFloat(QStringLiteral("0.######"), AValue); }
+QString VDNumberText(double AValue) { return FormatFloatFixed(AValue, 6); }
 
 static double Field(QStringView S) { return StrToFloatDef(S, 0.0); }
 

@@ -249,6 +249,7 @@ private:
   void LoadBinary(TStream& AStream);
   void LoadXML(TStream& AStream);
   void LoadXMLHeader(IXMLNode& ARoot);
+  void SaveXMLHeader(IXMLNode& ANode) const;
   void LoadXMLItem(IXMLNode& ANode);
   std::vector<TVectorDrawingItem*> ItemsToSave(bool AOnlySelItems) const;
   bool Accepts(const TVDAcceptItemEvent& AEvent, TVectorDrawingItem& AItem);

@@ -87,11 +87,20 @@ std::vector<TVectorDrawingItem*> TVectorDrawing::ItemsToSave(bool AOnlySelItems)
 
 bool TVectorDrawing::SaveToStream(TStream& AStream, TVDSaveFormat ASaveFormat, bool AOnlySelItems) {
   if (ASaveFormat == sfXML) {
+    // Items are made into nodes one at a time as they are written, not all at once.
     const std::unique_ptr<IXMLDocument> Doc = NewXMLDocument();
-    SaveToXMLNode(*Doc->AddRoot(SMagic), AOnlySelItems);
+    IXMLNode* Root = Doc->AddRoot(SMagic);
+    SaveXMLHeader(*Root);
+    IXMLNode* Items = Root->AddChild(QStringLiteral("DrawingItems"));
+    const std::vector<TVectorDrawingItem*> List = ItemsToSave(AOnlySelItems);
+    size_t Next = 0;
     AStream.SetSize(0);
     AStream.SetPosition(0);
-    Doc->SaveToStream(AStream);
+    Doc->SaveToStreamWith(AStream, *Items, [&](IXMLNode& AParent) {
+      if (Next >= List.size()) return false;
+      List[Next++]->WriteToXMLNode(*AParent.AddChild(VDTags().Item));
+      return true;
+    });
   } else {
     TVDWriter W(AStream);
     W.U8(22);
@@ -112,6 +121,12 @@ bool TVectorDrawing::SaveToStream(TStream& AStream, TVDSaveFormat ASaveFormat, b
 }
 
 void TVectorDrawing::SaveToXMLNode(IXMLNode& ANode, bool AOnlySelItems) const {
+  SaveXMLHeader(ANode);
+  IXMLNode* Items = ANode.AddChild(QStringLiteral("DrawingItems"));
+  for (const TVectorDrawingItem* I : ItemsToSave(AOnlySelItems)) I->WriteToXMLNode(*Items->AddChild(VDTags().Item));
+}
+
+void TVectorDrawing::SaveXMLHeader(IXMLNode& ANode) const {
   ANode.SetAttr(QStringLiteral("Version"), FVersion);
   ANode.SetAttr(QStringLiteral("BackColor"), qint64(FBackColor));
   ANode.SetAttr(QStringLiteral("DrawingWidth"), qint64(FDrawingWidth));
@@ -119,8 +134,6 @@ void TVectorDrawing::SaveToXMLNode(IXMLNode& ANode, bool AOnlySelItems) const {
   ANode.AddChild(QStringLiteral("Remark"))->SetText(FRemark);
   ANode.AddChild(QStringLiteral("ExtData"))->SetText(FExtData);
   FLayers->SaveToXMLNode(*ANode.AddChild(QStringLiteral("Layers")));
-  IXMLNode* Items = ANode.AddChild(QStringLiteral("DrawingItems"));
-  for (const TVectorDrawingItem* I : ItemsToSave(AOnlySelItems)) I->WriteToXMLNode(*Items->AddChild(VDTags().Item));
 }
 
 bool TVectorDrawing::SaveToFile(const QString& AFileName, TVDSaveFormat ASaveFormat, bool AOnlySelItems) {

@@ -19,6 +19,7 @@ public:
   TXMLNodeAttribute(QString AName, quint32 AHash, QString AValue)
       : FName(std::move(AName)), FValue(std::move(AValue)), FHashData(AHash) {}
   QString Name() const override { return FName; }
+  const QString& NameRef() const { return FName; }
   QString AsString() const override { return FValue; }
   void SetAsString(const QString& AValue) override { FValue = AValue; }
   bool AsBoolean() const override { return SameText(FValue, QStringLiteral("True")); }
@@ -41,9 +42,12 @@ class TXMLNodeAttributes : public IXMLNodeAttributes {
 public:
   int Count() const override { return int(FList.size()); }
   IXMLNodeAttribute* Add(const QString& AName) override {
-    const int I = IndexOf(AName);
-    if (I >= 0) return FList[size_t(I)].get();
-    FList.push_back(std::make_unique<TXMLNodeAttribute>(AName));
+    for (const auto& A : FList)
+      if (A->NameRef() == AName) return A.get();
+    const quint32 H = TStrKeyHash::StrHash(AName, false);
+    for (const auto& A : FList)
+      if (A->Hash() == H && SameText(A->NameRef(), AName)) return A.get();
+    FList.push_back(std::make_unique<TXMLNodeAttribute>(AName, H, QString()));
     return FList.back().get();
   }
   IXMLNodeAttribute* GetItemsByName(const QString& AName) override { return Add(AName); }
@@ -57,6 +61,9 @@ public:
     FList.push_back(std::make_unique<TXMLNodeAttribute>(AName, AHash, std::move(AValue)));
   }
   int IndexOf(const QString& AName) const override {
+    // Names are unique ignoring case, so an exact match is the match.
+    for (size_t I = 0; I < FList.size(); ++I)
+      if (FList[I]->NameRef() == AName) return int(I);
     const quint32 H = TStrKeyHash::StrHash(AName, false);
     for (size_t I = 0; I < FList.size(); ++I)
       if (FList[I]->Hash() == H && SameText(FList[I]->Name(), AName)) return int(I);
@@ -162,42 +169,81 @@ int TXMLNodeList::IndexOf(const QString& AName) const {
 
 // ---- writing ----------------------------------------------------------------
 
+void EscapeInto(QString& Out, const QString& S) {
+  qsizetype Plain = 0;
+  const auto Flush = [&](qsizetype AEnd) {
+    if (AEnd > Plain) Out.append(QStringView(S).mid(Plain, AEnd - Plain));
+  };
+  for (qsizetype I = 0; I < S.size(); ++I) {
+    QLatin1String Entity;
+    switch (S[I].unicode()) {
+      case u'&': Entity = QLatin1String("&amp;"); break;
+      case u'<': Entity = QLatin1String("&lt;"); break;
+      case u'>': Entity = QLatin1String("&gt;"); break;
+      case u'\'': Entity = QLatin1String("&apos;"); break;
+      case u'"': Entity = QLatin1String("&quot;"); break;
+      case u'\n': Entity = QLatin1String("&#xA;"); break;
+      case u'\r': Entity = QLatin1String("&#xD;"); break;
+      default: continue;
+    }
+    Flush(I);
+    Out.append(Entity);
+    Plain = I + 1;
+  }
+  Flush(S.size());
+}
+
 QString Escape(const QString& S) {
   QString R;
-  R.reserve(S.size());
-  for (const QChar C : S) {
-    switch (C.unicode()) {
-      case u'&': R += QLatin1String("&amp;"); break;
-      case u'<': R += QLatin1String("&lt;"); break;
-      case u'>': R += QLatin1String("&gt;"); break;
-      case u'\'': R += QLatin1String("&apos;"); break;
-      case u'"': R += QLatin1String("&quot;"); break;
-      case u'\n': R += QLatin1String("&#xA;"); break;
-      case u'\r': R += QLatin1String("&#xD;"); break;
-      default: R += C;
-    }
-  }
+  EscapeInto(R, S);
   return R;
 }
 
-void WriteNode(const TXMLNode& N, QString& Out, bool AIndent, int ADepth) {
-  const QString Pad = AIndent ? QString(ADepth * 2, u' ') : QString();
+void AppendPad(QString& Out, int ADepth) { Out.resize(Out.size() + qsizetype(ADepth) * 2, u' '); }
+
+// A parent whose children are made one at a time while it is written.
+struct TStreamedChildren {
+  const IXMLNode* Parent = nullptr;
+  const TXMLChildSource* Next = nullptr;
+};
+
+void WriteNode(const TXMLNode& N, QString& Out, bool AIndent, int ADepth, const TStreamedChildren& AStream) {
   switch (N.NodeType()) {
-    case ntText: Out += Escape(N.Text()); return;
-    case ntCData: Out += QLatin1String("<![CDATA[") + N.Text() + QLatin1String("]]>"); return;
-    case ntComment: Out += Pad + QLatin1String("<!--") + N.Text() + QLatin1String("-->"); return;
+    case ntText: EscapeInto(Out, N.Text()); return;
+    case ntCData:
+      Out.append(QLatin1String("<![CDATA["));
+      Out.append(N.Text());
+      Out.append(QLatin1String("]]>"));
+      return;
+    case ntComment:
+      if (AIndent) AppendPad(Out, ADepth);
+      Out.append(QLatin1String("<!--"));
+      Out.append(N.Text());
+      Out.append(QLatin1String("-->"));
+      return;
     default: break;
   }
-  Out += Pad + u'<' + N.Name();
+  auto& Node = const_cast<TXMLNode&>(N);
+  const bool Streamed = AStream.Parent == &N;
+  // The first made child is asked for before the tag is written: an element with none stays "<x/>".
+  bool Pending = Streamed && (*AStream.Next)(Node);
+  if (AIndent) AppendPad(Out, ADepth);
+  Out.append(u'<');
+  Out.append(N.Name());
   const TXMLNodeAttributes& A = N.Attrs();
-  for (int I = 0; I < A.Count(); ++I)
-    Out += u' ' + A.GetItem(I)->Name() + QLatin1String("=\"") + Escape(A.GetItem(I)->AsString()) + u'"';
-  const TXMLNodeList& C = N.Children();
+  for (int I = 0; I < A.Count(); ++I) {
+    Out.append(u' ');
+    Out.append(A.GetItem(I)->Name());
+    Out.append(QLatin1String("=\""));
+    EscapeInto(Out, A.GetItem(I)->AsString());
+    Out.append(u'"');
+  }
+  TXMLNodeList& C = Node.Children();
   if (C.Count() == 0) {
-    Out += QLatin1String("/>");
+    Out.append(QLatin1String("/>"));
     return;
   }
-  Out += u'>';
+  Out.append(u'>');
   // Indentation goes only where no text is: inside mixed content the breaks would
   // become part of the text when the document is read again.
   bool HasBlock = false, HasText = false;
@@ -207,14 +253,25 @@ void WriteNode(const TXMLNode& N, QString& Out, bool AIndent, int ADepth) {
     else HasText = true;
   }
   const bool Break = AIndent && HasBlock && !HasText;
-  for (int I = 0; I < C.Count(); ++I) {
-    const auto* Child = static_cast<const TXMLNode*>(C.GetNode(I));
-    const bool Block = Child->NodeType() == ntElement || Child->NodeType() == ntComment;
-    if (Break && Block) Out += u'\n';
-    WriteNode(*Child, Out, Break && Block, ADepth + 1);
+  const auto WriteChild = [&](const TXMLNode& Child) {
+    const bool Block = Child.NodeType() == ntElement || Child.NodeType() == ntComment;
+    if (Break && Block) Out.append(u'\n');
+    WriteNode(Child, Out, Break && Block, ADepth + 1, AStream);
+  };
+  const int Fixed = C.Count() - (Pending ? 1 : 0);
+  for (int I = 0; I < Fixed; ++I) WriteChild(*static_cast<const TXMLNode*>(C.GetNode(I)));
+  while (Pending) {
+    WriteChild(*static_cast<const TXMLNode*>(C.GetNode(C.Count() - 1)));
+    C.DeleteLast();
+    Pending = (*AStream.Next)(Node);
   }
-  if (Break) Out += u'\n' + Pad;
-  Out += QLatin1String("</") + N.Name() + u'>';
+  if (Break) {
+    Out.append(u'\n');
+    AppendPad(Out, ADepth);
+  }
+  Out.append(QLatin1String("</"));
+  Out.append(N.Name());
+  Out.append(u'>');
 }
 
 // ---- parsing ----------------------------------------------------------------
@@ -277,8 +334,14 @@ private:
     const qsizetype S = FPos;
     while (FPos < FData.size() && IsNameChar(FData[FPos])) ++FPos;
     const QStringView V = QStringView(FData).mid(S, FPos - S);
-    for (const TName& N : FNames)
-      if (N.Text == V) return N;
+    // Elements of one kind repeat their names in one order: the one after the last
+    // name found is tried first.
+    if (FNext < FNames.size() && FNames[FNext].Text == V) return FNames[FNext++];
+    for (size_t I = 0; I < FNames.size(); ++I)
+      if (FNames[I].Text == V) {
+        FNext = I + 1;
+        return FNames[I];
+      }
     QString Text = V.toString();
     const quint32 Hash = TStrKeyHash::StrHash(Text, false);
     if (FNames.size() >= 256) {
@@ -286,6 +349,7 @@ private:
       return FSpareName;
     }
     FNames.push_back({std::move(Text), Hash});
+    FNext = FNames.size();
     return FNames.back();
   }
 
@@ -421,6 +485,7 @@ private:
   qsizetype FPos = 0;
   int FDepth = 0;
   std::vector<TName> FNames;
+  size_t FNext = 0;
   TName FSpareName;
 };
 
@@ -456,17 +521,13 @@ public:
     TBytesStream S(std::move(Data));
     LoadFromStream(S, true);
   }
-  QString SaveToString() const override {
-    QString Out;
-    if (FIncludeHeader)
-      Out += QStringLiteral("<?xml version=\"%1\" encoding=\"%2\"?>").arg(Escape(FVersion), Escape(FEncoding)) +
-             (FAutoIndent ? QStringLiteral("\n") : QString());
-    if (FRoot) WriteNode(*FRoot, Out, FAutoIndent, 0);
-    if (FAutoIndent) Out += u'\n';
-    return Out;
-  }
+  QString SaveToString() const override { return Text({}); }
   void SaveToStream(TStream& AStream) const override {
     const QByteArray B = SaveToString().toUtf8();
+    AStream.WriteBuffer(B.constData(), B.size());
+  }
+  void SaveToStreamWith(TStream& AStream, IXMLNode& AParent, const TXMLChildSource& ANext) const override {
+    const QByteArray B = Text({&AParent, &ANext}).toUtf8();
     AStream.WriteBuffer(B.constData(), B.size());
   }
   void SaveToFile(const QString& AFileName) const override {
@@ -482,6 +543,15 @@ public:
   void SetIncludeHeader(bool AValue) override { FIncludeHeader = AValue; }
 
 private:
+  QString Text(const TStreamedChildren& AStream) const {
+    QString Out;
+    if (FIncludeHeader)
+      Out += QStringLiteral("<?xml version=\"%1\" encoding=\"%2\"?>").arg(Escape(FVersion), Escape(FEncoding)) +
+             (FAutoIndent ? QStringLiteral("\n") : QString());
+    if (FRoot) WriteNode(*FRoot, Out, FAutoIndent, 0, AStream);
+    if (FAutoIndent) Out += u'\n';
+    return Out;
+  }
   void Load(const QString& AText, const TXMLElementDone* ADone) {
     FRoot.reset();
     TXMLParser P(AText, ADone);

@@ -97,6 +97,11 @@ public:
 // large documents are then read without holding every node.
 using TXMLElementDone = std::function<bool(IXMLNode& AElement, int ADepth)>;
 
+// Asked, while the document is written, for the next child of a parent: it adds one
+// child to the parent and returns true, or returns false when there are no more. Each
+// child is written and taken out before the next is asked for.
+using TXMLChildSource = std::function<bool(IXMLNode& AParent)>;
+
 class IXMLDocument {
 public:
   virtual ~IXMLDocument() = default;
@@ -108,6 +113,8 @@ public:
   virtual void LoadFromFile(const QString& AFileName) = 0;
   virtual void LoadFromString(const QString& AText) = 0;
   virtual void SaveToStream(TStream& AStream) const = 0;
+  // The children AParent holds are written first, then those ANext makes.
+  virtual void SaveToStreamWith(TStream& AStream, IXMLNode& AParent, const TXMLChildSource& ANext) const = 0;
   virtual void SaveToFile(const QString& AFileName) const = 0;
   virtual QString SaveToString() const = 0;
   virtual QString Version() const = 0;

@@ -1,6 +1,8 @@
 #include "SysUtils.h"
 
+#include <algorithm>
 #include <charconv>
+#include <cstring>
 
 #include <QFile>
 #include <QFileInfo>
@@ -207,7 +209,10 @@ TFloatDigits ToDigits(double AValue, int APrecision) {
   R.Negative = std::signbit(AValue);
   if (AValue == 0) return R;
   char Buf[64];
-  std::snprintf(Buf, sizeof Buf, "%.*e", APrecision - 1, std::fabs(AValue));
+  // as printf's "%.*e" writes it
+  const auto End = std::to_chars(Buf, Buf + sizeof Buf - 1, std::fabs(AValue), std::chars_format::scientific,
+                                 APrecision - 1).ptr;
+  *End = 0;
   // Buf: d.ddddde[+-]xx
   QByteArray S(Buf);
   const int E = S.indexOf('e');
@@ -451,6 +456,66 @@ QString FormatFloat(const QString& AFormat, double AValue) {
     if (!AllZero) R.prepend(u'-');
   }
   return R;
+}
+
+QString FormatFloatFixed(double AValue, int AMaxDecimals) {
+  if (!std::isfinite(AValue)) return FloatToStr(AValue);
+  // The 17 significant digits FormatFloat starts from, then its rounding, without
+  // building strings on the way.
+  char Digits[24];
+  int NDig = 0, Exp = 0;
+  const double A = std::fabs(AValue);
+  if (A != 0) {
+    char Buf[40];
+    const auto R = std::to_chars(Buf, Buf + sizeof Buf, A, std::chars_format::scientific, 16);
+    const char* E = std::find(Buf, R.ptr, 'e');
+    Digits[NDig++] = Buf[0];
+    for (const char* P = Buf + 2; P < E; ++P) Digits[NDig++] = *P;
+    int X = 0;
+    std::from_chars(E + 1 + (E[1] == '+' ? 1 : 0), R.ptr, X);
+    Exp = X + 1;
+    while (NDig > 0 && Digits[NDig - 1] == '0') --NDig;
+  }
+  const int Keep = Exp + AMaxDecimals;
+  if (Keep < NDig) {
+    if (Keep < 0) {
+      NDig = 0;
+    } else {
+      const bool Up = Digits[Keep] >= '5';
+      NDig = Keep;
+      if (Up) {
+        int I = Keep - 1;
+        while (I >= 0 && Digits[I] == '9') Digits[I--] = '0';
+        if (I < 0) {
+          std::memmove(Digits + 1, Digits, size_t(NDig));
+          Digits[0] = '1';
+          ++NDig;
+          ++Exp;
+        } else {
+          ++Digits[I];
+        }
+      }
+      while (NDig > 0 && Digits[NDig - 1] == '0') --NDig;
+    }
+  }
+  char Out[400];
+  int L = 0;
+  if (AValue < 0 && NDig > 0) Out[L++] = '-';
+  if (NDig > 0 && Exp > 0) {
+    for (int I = 0; I < Exp; ++I) Out[L++] = I < NDig ? Digits[I] : '0';
+    if (NDig > Exp) {
+      Out[L++] = '.';
+      for (int I = Exp; I < NDig; ++I) Out[L++] = Digits[I];
+    }
+  } else {
+    Out[L++] = '0';
+    if (NDig > 0) {
+      Out[L++] = '.';
+      for (int I = 0; I < -Exp; ++I) Out[L++] = '0';
+      for (int I = 0; I < NDig; ++I) Out[L++] = Digits[I];
+    }
+  }
+  return QString::fromLatin1(Out, L);
 }
 
 bool ReadFileCapped(QIODevice& ADevice, qint64 AMaxBytes, QByteArray& AData, QString& AError) {

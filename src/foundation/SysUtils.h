@@ -58,6 +58,8 @@ QString FloatToStr(double AValue);
 // Number pictures: "0" and "#" digit places, "." decimal point, "," thousands,
 // "E+"/"E-" exponent, quoted literals, and up to three sections "pos;neg;zero".
 QString FormatFloat(const QString& AFormat, double AValue);
+// FormatFloat with "0." and AMaxDecimals '#' (1 to 15), made without parsing a format.
+QString FormatFloatFixed(double AValue, int AMaxDecimals);
 
 // File names as the system spells them. Bytes that are not UTF-8 (a name made on
 // another system) are kept as the code points U+DC80..U+DCFF, so a name taken from the

@@ -588,3 +588,25 @@ TEST(TVectorDrawingFile, ItemsReadDuringTheParseMatchTheTree) {
     EXPECT_EQ(After.Bytes(), Before.Bytes());
   }
 }
+
+// The XML form is written item by item; the text is that of the whole tree written at once.
+TEST(TVectorDrawingFile, XmlWrittenItemByItemIsTheWholeTree) {
+  TVectorDrawing Full, Empty;
+  Fill(Full);
+  for (TVectorDrawing* D : {&Full, &Empty}) {
+    TBytesStream Streamed;
+    D->SaveToStream(Streamed, sfXML);
+    const auto Doc = NewXMLDocument();
+    D->SaveToXMLNode(*Doc->AddRoot(QStringLiteral("MelvarineVectorDrawing")));
+    TBytesStream Whole;
+    Doc->SaveToStream(Whole);
+    EXPECT_EQ(Streamed.Bytes(), Whole.Bytes());
+  }
+  TBytesStream S;
+  Empty.SaveToStream(S, sfXML);
+  EXPECT_TRUE(S.Bytes().contains("<DrawingItems/>"));
+  Full.SelSet().Add(Full.Items(2));
+  TBytesStream Sel;
+  Full.SaveToStream(Sel, sfXML, true);
+  EXPECT_EQ(Sel.Bytes().count("<DI "), 1);
+}

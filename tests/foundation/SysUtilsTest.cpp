@@ -141,3 +141,19 @@ TEST(SysUtils, FormatFloatPictures) {
     EXPECT_EQ(FormatFloat(QString::fromUtf8(C.Format), C.Value), QString::fromUtf8(C.Text));
   }
 }
+
+TEST(SysUtils, FormatFloatFixedIsFormatFloatWithHashes) {
+  std::vector<double> Values = {0, -0.0, 0.5, -0.5, 0.0000005, -0.0000005, 0.00000049, 0.9999995, 9.9999995, 99999.9999996,
+                                1e300, -1e-10, 123456789012345678.0, 0.1, 2.675, 1.0000005, 5e-7, 4.9999999e-7,
+                                std::numeric_limits<double>::max(), std::numeric_limits<double>::denorm_min(),
+                                std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()};
+  std::mt19937_64 Rng(3);
+  std::uniform_real_distribution<double> Mantissa(-10, 10);
+  for (int I = 0; I < 30000; ++I) Values.push_back(Mantissa(Rng) * std::pow(10.0, int(Rng() % 30) - 12));
+  for (int I = 0; I < 3000; ++I) Values.push_back(std::round(Mantissa(Rng) * 1e7) / 1e7 + 5e-8);  // near halves
+  for (const int Decimals : {1, 6, 15})
+    for (const double V : Values) {
+      const QString Format = QStringLiteral("0.") + QString(Decimals, u'#');
+      ASSERT_EQ(FormatFloatFixed(V, Decimals), FormatFloat(Format, V)) << V << " " << Decimals;
+    }
+}
