@@ -209,7 +209,31 @@ struct TStreamedChildren {
 
 void WriteNode(const TXMLNode& N, QString& Out, bool AIndent, int ADepth, const TStreamedChildren& AStream) {
   switch (N.NodeType()) {
-    case ntText: EscapeInto(Out, N.Text()); return;
+    case ntText: {
+      // A text of blanks only would be dropped as layout on the next load: it is
+      // written as character references (a NUL has none and stays as it is).
+      const QString T = N.Text();
+      bool Blank = true;
+      for (const QChar C : T)
+        if (C.unicode() > 32) {
+          Blank = false;
+          break;
+        }
+      if (!Blank) {
+        EscapeInto(Out, T);
+        return;
+      }
+      for (const QChar C : T) {
+        if (C.unicode() == 0) {
+          Out.append(C);
+          continue;
+        }
+        Out.append(QLatin1String("&#x"));
+        Out.append(QString::number(C.unicode(), 16).toUpper());
+        Out.append(u';');
+      }
+      return;
+    }
     case ntCData:
       Out.append(QLatin1String("<![CDATA["));
       Out.append(N.Text());
