@@ -14,6 +14,9 @@ const QString SMagic = QStringLiteral("MelvarineVectorDrawing");
 // The tag table follows the file's version during a load and goes back to the
 // current one afterwards, also when the load fails.
 struct TVersionScope {
+  explicit TVersionScope(TVectorDrawing& ADrawing) : D(ADrawing) {}
+  TVersionScope(const TVersionScope&) = delete;
+  TVersionScope& operator=(const TVersionScope&) = delete;
   TVectorDrawing& D;
   ~TVersionScope() {
     D.SetVersion(QString::fromLatin1(TVectorDrawing::CurrentVersion));
@@ -188,7 +191,7 @@ bool TVectorDrawing::LoadFromStream(TStream& AStream, TVDSaveFormat& ASaveFormat
 void TVectorDrawing::LoadBinary(TStream& AStream) {
   Initialize(false);
   BeginUpdate();
-  TVersionScope Scope{*this};
+  TVersionScope Scope(*this);
   TVDReader R(AStream, *this);
   if (R.U8() != 22) throw EVDEError(SVDInvalidStream);
   QByteArray Magic(22, '\0');
