@@ -265,6 +265,10 @@ void TVectorDrawing::LoadXML(TStream& AStream) {
       BeginUpdate();
       Scope.emplace(*this);
       LoadXMLHeader(*Root);
+      // An item takes well over this many bytes of text: room for all at once, not regrown.
+      const size_t Room = size_t(AStream.GetSize() / 160);
+      FList.reserve(Room);
+      FIDIndex.reserve(Room);
       Streamed = Items;
     }
     if (Items != Streamed) return false;

@@ -6,6 +6,7 @@
 #include <QStringDecoder>
 #include <QStringEncoder>
 
+#include <deque>
 #include <vector>
 
 namespace {
@@ -42,39 +43,49 @@ class TXMLNodeAttributes : public IXMLNodeAttributes {
 public:
   int Count() const override { return int(FList.size()); }
   IXMLNodeAttribute* Add(const QString& AName) override {
-    for (const auto& A : FList)
-      if (A->NameRef() == AName) return A.get();
+    // Readers ask in about the order the attributes stand: the search starts after the last one found.
+    const size_t N = FList.size();
+    for (size_t K = 0; K < N; ++K) {
+      const size_t I = (FHint + K) % N;
+      if (FList[I].NameRef() == AName) {
+        FHint = I + 1;
+        return &FList[I];
+      }
+    }
     const quint32 H = TStrKeyHash::StrHash(AName, false);
-    for (const auto& A : FList)
-      if (A->Hash() == H && SameText(A->NameRef(), AName)) return A.get();
-    FList.push_back(std::make_unique<TXMLNodeAttribute>(AName, H, QString()));
-    return FList.back().get();
+    for (auto& A : FList)
+      if (A.Hash() == H && SameText(A.NameRef(), AName)) return &A;
+    return &FList.emplace_back(AName, H, QString());
   }
   IXMLNodeAttribute* GetItemsByName(const QString& AName) override { return Add(AName); }
   // A parsed attribute whose name's hash is known: a repeated name keeps its last value.
   void Put(const QString& AName, quint32 AHash, QString AValue) {
-    for (const auto& A : FList)
-      if (A->Hash() == AHash && SameText(A->Name(), AName)) {
-        A->SetAsString(AValue);
+    for (auto& A : FList)
+      if (A.Hash() == AHash && SameText(A.NameRef(), AName)) {
+        A.SetAsString(AValue);
         return;
       }
-    FList.push_back(std::make_unique<TXMLNodeAttribute>(AName, AHash, std::move(AValue)));
+    FList.emplace_back(AName, AHash, std::move(AValue));
   }
   int IndexOf(const QString& AName) const override {
     // Names are unique ignoring case, so an exact match is the match.
     for (size_t I = 0; I < FList.size(); ++I)
-      if (FList[I]->NameRef() == AName) return int(I);
+      if (FList[I].NameRef() == AName) return int(I);
     const quint32 H = TStrKeyHash::StrHash(AName, false);
     for (size_t I = 0; I < FList.size(); ++I)
-      if (FList[I]->Hash() == H && SameText(FList[I]->Name(), AName)) return int(I);
+      if (FList[I].Hash() == H && SameText(FList[I].NameRef(), AName)) return int(I);
     return -1;
   }
-  IXMLNodeAttribute* GetItem(int AIndex) const override { return FList[size_t(AIndex)].get(); }
+  IXMLNodeAttribute* GetItem(int AIndex) const override {
+    return const_cast<TXMLNodeAttribute*>(&FList[size_t(AIndex)]);
+  }
   void Delete(int AIndex) override { FList.erase(FList.begin() + AIndex); }
   void Clear() override { FList.clear(); }
 
 private:
-  std::vector<std::unique_ptr<TXMLNodeAttribute>> FList;
+  // A deque: adding never moves the attributes handed out before.
+  std::deque<TXMLNodeAttribute> FList;
+  size_t FHint = 0;
 };
 
 class TXMLNodeList : public IXMLNodeList {
@@ -424,7 +435,8 @@ private:
     for (;;) {
       SkipBlank();
       if (FPos >= FData.size()) Fail(QStringLiteral("unterminated tag"));
-      if (Starts(AEnd) || Starts(QLatin1String(">")) || Starts(QLatin1String("/>"))) return;
+      const QChar C = FData[FPos];
+      if (C == u'>' || ((C == u'/' || C == u'?') && (Starts(AEnd) || Starts(QLatin1String("/>"))))) return;
       const TName& N = SharedName();
       SkipBlank();
       if (FPos >= FData.size() || FData[FPos] != u'=') Fail(QStringLiteral("'=' expected after attribute name"));
