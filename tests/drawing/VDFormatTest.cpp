@@ -610,3 +610,14 @@ TEST(TVectorDrawingFile, XmlWrittenItemByItemIsTheWholeTree) {
   Full.SaveToStream(Sel, sfXML, true);
   EXPECT_EQ(Sel.Bytes().count("<DI "), 1);
 }
+
+TEST(TVectorDrawingFile, BlankTextsSurviveTheXmlForm) {
+  TVectorDrawing D;
+  Fill(D);
+  D.SetRemark(QStringLiteral("  "));
+  D.Items(0)->SetExtData(QStringLiteral("\t "));
+  TVectorDrawing Back;
+  Reload(D, Back, sfXML);
+  EXPECT_EQ(Back.Remark(), QStringLiteral("  "));
+  EXPECT_EQ(Back.Items(0)->ExtData(), QStringLiteral("\t "));
+}
