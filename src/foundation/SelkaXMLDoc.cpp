@@ -536,9 +536,14 @@ public:
   void LoadFromStream(TStream& AStream, bool) override { LoadFromStreamWith(AStream, TXMLElementDone()); }
   void LoadFromStreamWith(TStream& AStream, const TXMLElementDone& ADone) override {
     AStream.SetPosition(0);
-    const qint64 N = AStream.GetSize();
-    QByteArray B(qsizetype(std::max<qint64>(0, N)), Qt::Uninitialized);
-    AStream.ReadBuffer(B.data(), B.size());
+    QByteArray B;
+    if (const auto* Bytes = dynamic_cast<const TBytesStream*>(&AStream)) {
+      B = Bytes->Bytes();  // shared, not copied
+      AStream.SetPosition(B.size());
+    } else {
+      B.resize(qsizetype(std::max<qint64>(0, AStream.GetSize())));
+      AStream.ReadBuffer(B.data(), B.size());
+    }
     // The header's encoding decides; without one, UTF-8.
     const qsizetype HeaderEnd = B.indexOf("?>");
     const QByteArray Head = HeaderEnd > 0 ? B.left(HeaderEnd).toLower() : QByteArray();
