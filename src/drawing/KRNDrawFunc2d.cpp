@@ -364,7 +364,6 @@ qreal ReferenceAdvance(TMeasuredFont& AFont, const QString& AText) {
   TMeasureCache& C = MeasureCache();
   if (C.Widths >= MaxCachedWidths) {
     for (const auto& F : std::as_const(C.Fonts)) F->Widths.clear();
-    if (C.Last) C.Last->Widths.clear();
     C.Widths = 0;
   }
   const qreal W = AFont.Metrics.horizontalAdvance(AText);

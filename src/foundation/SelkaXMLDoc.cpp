@@ -15,8 +15,6 @@ class TXMLNode;
 
 class TXMLNodeAttribute : public IXMLNodeAttribute {
 public:
-  explicit TXMLNodeAttribute(QString AName)
-      : FName(std::move(AName)), FHashData(TStrKeyHash::StrHash(FName, false)) {}
   TXMLNodeAttribute(QString AName, quint32 AHash, QString AValue)
       : FName(std::move(AName)), FValue(std::move(AValue)), FHashData(AHash) {}
   QString Name() const override { return FName; }
@@ -43,38 +41,20 @@ class TXMLNodeAttributes : public IXMLNodeAttributes {
 public:
   int Count() const override { return int(FList.size()); }
   IXMLNodeAttribute* Add(const QString& AName) override {
-    // Readers ask in about the order the attributes stand: the search starts after the last one found.
-    const size_t N = FList.size();
-    for (size_t K = 0; K < N; ++K) {
-      const size_t I = (FHint + K) % N;
-      if (FList[I].NameRef() == AName) {
-        FHint = I + 1;
-        return &FList[I];
-      }
-    }
-    const quint32 H = TStrKeyHash::StrHash(AName, false);
-    for (auto& A : FList)
-      if (A.Hash() == H && SameText(A.NameRef(), AName)) return &A;
-    return &FList.emplace_back(AName, H, QString());
+    quint32 H = 0;
+    const int I = Find(AName, H);
+    return I >= 0 ? &FList[size_t(I)] : &FList.emplace_back(AName, H, QString());
   }
   IXMLNodeAttribute* GetItemsByName(const QString& AName) override { return Add(AName); }
   // A parsed attribute whose name's hash is known: a repeated name keeps its last value.
   void Put(const QString& AName, quint32 AHash, QString AValue) {
-    for (auto& A : FList)
-      if (A.Hash() == AHash && SameText(A.NameRef(), AName)) {
-        A.SetAsString(AValue);
-        return;
-      }
-    FList.emplace_back(AName, AHash, std::move(AValue));
+    const int I = FindByHash(AName, AHash);
+    if (I >= 0) FList[size_t(I)].SetAsString(AValue);
+    else FList.emplace_back(AName, AHash, std::move(AValue));
   }
   int IndexOf(const QString& AName) const override {
-    // Names are unique ignoring case, so an exact match is the match.
-    for (size_t I = 0; I < FList.size(); ++I)
-      if (FList[I].NameRef() == AName) return int(I);
-    const quint32 H = TStrKeyHash::StrHash(AName, false);
-    for (size_t I = 0; I < FList.size(); ++I)
-      if (FList[I].Hash() == H && SameText(FList[I].NameRef(), AName)) return int(I);
-    return -1;
+    quint32 H = 0;
+    return Find(AName, H);
   }
   IXMLNodeAttribute* GetItem(int AIndex) const override {
     return const_cast<TXMLNodeAttribute*>(&FList[size_t(AIndex)]);
@@ -83,9 +63,30 @@ public:
   void Clear() override { FList.clear(); }
 
 private:
+  // Names are unique ignoring case, so an exact match is the match. Readers ask in about
+  // the order the attributes stand: the search starts after the last one found. AHash is
+  // set when no exact match is found.
+  int Find(const QString& AName, quint32& AHash) const {
+    const size_t N = FList.size();
+    for (size_t K = 0; K < N; ++K) {
+      const size_t I = (FHint + K) % N;
+      if (FList[I].NameRef() == AName) {
+        FHint = I + 1;
+        return int(I);
+      }
+    }
+    AHash = TStrKeyHash::StrHash(AName, false);
+    return FindByHash(AName, AHash);
+  }
+  int FindByHash(const QString& AName, quint32 AHash) const {
+    for (size_t I = 0; I < FList.size(); ++I)
+      if (FList[I].Hash() == AHash && SameText(FList[I].NameRef(), AName)) return int(I);
+    return -1;
+  }
+
   // A deque: adding never moves the attributes handed out before.
   std::deque<TXMLNodeAttribute> FList;
-  size_t FHint = 0;
+  mutable size_t FHint = 0;
 };
 
 class TXMLNodeList : public IXMLNodeList {

@@ -200,27 +200,27 @@ namespace {
 // A finite value as decimal digits: Value = 0.D1D2... x 10^Exponent.
 struct TFloatDigits {
   bool Negative = false;
-  QByteArray Digits;  // no leading zeros; empty for zero
+  char Digits[24];  // no leading or trailing zeros; none for zero
+  int Count = 0;
   int Exponent = 0;
+  QString Text() const { return QString::fromLatin1(Digits, Count); }
 };
 
 TFloatDigits ToDigits(double AValue, int APrecision) {
   TFloatDigits R;
   R.Negative = std::signbit(AValue);
   if (AValue == 0) return R;
+  // as printf's "%.*e" writes it: d.ddddde[+-]xx
   char Buf[64];
-  // as printf's "%.*e" writes it
-  const auto End = std::to_chars(Buf, Buf + sizeof Buf - 1, std::fabs(AValue), std::chars_format::scientific,
-                                 APrecision - 1).ptr;
-  *End = 0;
-  // Buf: d.ddddde[+-]xx
-  QByteArray S(Buf);
-  const int E = S.indexOf('e');
-  QByteArray M = S.left(E);
-  M.remove(1, 1);
-  R.Exponent = S.mid(E + 1).toInt() + 1;
-  while (M.endsWith('0')) M.chop(1);
-  R.Digits = M;
+  const char* End = std::to_chars(Buf, Buf + sizeof Buf, std::fabs(AValue), std::chars_format::scientific,
+                                  APrecision - 1).ptr;
+  const char* E = std::find(static_cast<const char*>(Buf), End, 'e');
+  R.Digits[R.Count++] = Buf[0];
+  for (const char* P = Buf + 2; P < E; ++P) R.Digits[R.Count++] = *P;
+  int X = 0;
+  std::from_chars(E + 1 + (E[1] == '+' ? 1 : 0), End, X);
+  R.Exponent = X + 1;
+  while (R.Count > 0 && R.Digits[R.Count - 1] == '0') --R.Count;
   return R;
 }
 
@@ -228,27 +228,26 @@ TFloatDigits ToDigits(double AValue, int APrecision) {
 // half away from zero on the decimal value.
 void RoundDigits(TFloatDigits& D, int ADecimals) {
   const int Keep = D.Exponent + ADecimals;
-  if (Keep >= D.Digits.size()) return;
+  if (Keep >= D.Count) return;
   if (Keep < 0) {
-    D.Digits.clear();
+    D.Count = 0;
     return;
   }
   const bool Up = D.Digits[Keep] >= '5';
-  D.Digits.truncate(Keep);
+  D.Count = Keep;
   if (Up) {
     int I = Keep - 1;
-    while (I >= 0 && D.Digits[I] == '9') {
-      D.Digits[I] = '0';
-      --I;
-    }
+    while (I >= 0 && D.Digits[I] == '9') D.Digits[I--] = '0';
     if (I < 0) {
-      D.Digits.prepend('1');
+      std::memmove(D.Digits + 1, D.Digits, size_t(D.Count));
+      D.Digits[0] = '1';
+      ++D.Count;
       ++D.Exponent;
     } else {
-      D.Digits[I] = char(D.Digits[I] + 1);
+      ++D.Digits[I];
     }
   }
-  while (D.Digits.endsWith('0')) D.Digits.chop(1);
+  while (D.Count > 0 && D.Digits[D.Count - 1] == '0') --D.Count;
 }
 
 }  // namespace
@@ -257,10 +256,10 @@ QString FloatToStr(double AValue) {
   if (std::isnan(AValue)) return QStringLiteral("NAN");
   if (std::isinf(AValue)) return AValue > 0 ? QStringLiteral("INF") : QStringLiteral("-INF");
   const TFloatDigits D = ToDigits(AValue, 15);
-  if (D.Digits.isEmpty()) return QStringLiteral("0");
+  if (D.Count == 0) return QStringLiteral("0");
   QString R;
   if (D.Negative) R += u'-';
-  const QString Dig = QString::fromLatin1(D.Digits);
+  const QString Dig = D.Text();
   if (D.Exponent > 15 || D.Exponent < -3) {
     R += Dig[0];
     if (Dig.size() > 1) R += u'.' + Dig.mid(1);
@@ -380,7 +379,7 @@ QString ApplyPicture(const TPicture& P, double AAbs) {
     const int Places = std::max(1, P.IntPlaces) + P.FracPlaces;
     TFloatDigits D = ToDigits(AAbs, std::min(Places, 17));
     int Exp = 0;
-    if (!D.Digits.isEmpty()) {
+    if (D.Count > 0) {
       Exp = D.Exponent - std::max(1, P.IntPlaces);
       D.Exponent = std::max(1, P.IntPlaces);
     }
@@ -389,7 +388,7 @@ QString ApplyPicture(const TPicture& P, double AAbs) {
       ++Exp;
       --D.Exponent;
     }
-    QString Dig = QString::fromLatin1(D.Digits);
+    QString Dig = D.Text();
     Dig += QString(std::max(0, int(D.Exponent) - int(Dig.size())), u'0');
     IntPart = Dig.left(D.Exponent);
     FracPart = Dig.mid(D.Exponent);
@@ -399,7 +398,7 @@ QString ApplyPicture(const TPicture& P, double AAbs) {
   } else {
     TFloatDigits D = ToDigits(AAbs, 17);
     RoundDigits(D, P.FracPlaces);
-    const QString Dig = QString::fromLatin1(D.Digits);
+    const QString Dig = D.Text();
     if (D.Exponent > 0) {
       IntPart = Dig.left(D.Exponent) + QString(std::max(0, int(D.Exponent) - int(Dig.size())), u'0');
       FracPart = Dig.mid(D.Exponent);
@@ -460,44 +459,11 @@ QString FormatFloat(const QString& AFormat, double AValue) {
 
 QString FormatFloatFixed(double AValue, int AMaxDecimals) {
   if (!std::isfinite(AValue)) return FloatToStr(AValue);
-  // The 17 significant digits FormatFloat starts from, then its rounding, without
-  // building strings on the way.
-  char Digits[24];
-  int NDig = 0, Exp = 0;
-  const double A = std::fabs(AValue);
-  if (A != 0) {
-    char Buf[40];
-    const auto R = std::to_chars(Buf, Buf + sizeof Buf, A, std::chars_format::scientific, 16);
-    const char* E = std::find(Buf, R.ptr, 'e');
-    Digits[NDig++] = Buf[0];
-    for (const char* P = Buf + 2; P < E; ++P) Digits[NDig++] = *P;
-    int X = 0;
-    std::from_chars(E + 1 + (E[1] == '+' ? 1 : 0), R.ptr, X);
-    Exp = X + 1;
-    while (NDig > 0 && Digits[NDig - 1] == '0') --NDig;
-  }
-  const int Keep = Exp + AMaxDecimals;
-  if (Keep < NDig) {
-    if (Keep < 0) {
-      NDig = 0;
-    } else {
-      const bool Up = Digits[Keep] >= '5';
-      NDig = Keep;
-      if (Up) {
-        int I = Keep - 1;
-        while (I >= 0 && Digits[I] == '9') Digits[I--] = '0';
-        if (I < 0) {
-          std::memmove(Digits + 1, Digits, size_t(NDig));
-          Digits[0] = '1';
-          ++NDig;
-          ++Exp;
-        } else {
-          ++Digits[I];
-        }
-      }
-      while (NDig > 0 && Digits[NDig - 1] == '0') --NDig;
-    }
-  }
+  // FormatFloat's digits and rounding, laid out without building strings on the way.
+  TFloatDigits D = ToDigits(std::fabs(AValue), 17);
+  RoundDigits(D, AMaxDecimals);
+  const char* Digits = D.Digits;
+  const int NDig = D.Count, Exp = D.Exponent;
   char Out[400];
   int L = 0;
   if (AValue < 0 && NDig > 0) Out[L++] = '-';
