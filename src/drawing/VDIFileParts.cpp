@@ -100,7 +100,7 @@ void TVectorPoint::WriteToStream(TVDWriter& W) const {
 void TVectorPoint::ReadFromXMLNode(IXMLNode& N) {
   TVectorDrawingItem::ReadFromXMLNode(N);
   const TVDTags& T = VDTags();
-  FInsertPt = VDTextPoint(N.AttrAsString(T.InsertPt));
+  FInsertPt = VDTextPoint(N.AttrAsView(T.InsertPt));
   FSize = qint16(N.AttrAsInteger(T.PointSize));
   FPointStyle = N.AttrAsInteger(T.PointStyle) == 1 ? psCross : psPoint;
 }
@@ -134,7 +134,7 @@ void TVectorCircle::ReadFromXMLNode(IXMLNode& N) {
   const TVDTags& T = VDTags();
   FLineWidth = qint16(N.AttrAsInteger(T.LineWidth));
   FLineStyle = quint8(N.AttrAsInteger(T.LineStyle));
-  FCenterPt = VDTextPoint(N.AttrAsString(T.CenterPt));
+  FCenterPt = VDTextPoint(N.AttrAsView(T.CenterPt));
   FRadius = N.AttrAsFloat(T.Radius);
 }
 
@@ -190,8 +190,8 @@ void TVectorText::ReadFromXMLNode(IXMLNode& N) {
   FAngle = float(N.AttrAsFloat(T.Angle));
   FHeight = qint16(N.AttrAsInteger(T.FontHeight));
   // The float height may stand under "FontFloatHeight" or under an empty name.
-  QString Float = N.AttrAsString(T.FontFloatHeight);
-  if (Float.isEmpty()) Float = N.AttrAsString(T.FontFloatHeight.isEmpty() ? QStringLiteral("FontFloatHeight") : QString());
+  QStringView Float = N.AttrAsView(T.FontFloatHeight);
+  if (Float.isEmpty()) Float = N.AttrAsView(T.FontFloatHeight.isEmpty() ? QStringLiteral("FontFloatHeight") : QString());
   FFloatHeight = float(StrToFloatDef(Float, 0.0));
   FFontName = VDDecodeText(N.AttrAsString(T.FontName), D, 1.4);
   FFontStyle = int(N.AttrAsInteger(T.FontStyle)) & 3;
@@ -199,7 +199,7 @@ void TVectorText::ReadFromXMLNode(IXMLNode& N) {
   FTransparent = N.AttrAsBoolean(T.Transparent);
   FHorzAlignment = THorzAlignment(std::clamp<qint64>(N.AttrAsInteger(T.HorzAlignment), 0, haCenter));
   FVertAlignment = TVertAlignment(std::clamp<qint64>(N.AttrAsInteger(T.VertAlignment), 0, vaCenter));
-  FInsertPt = VDTextPoint(N.AttrAsString(T.InsertPt));
+  FInsertPt = VDTextPoint(N.AttrAsView(T.InsertPt));
 }
 
 void TVectorText::WriteToXMLNode(IXMLNode& N) const {
@@ -223,8 +223,8 @@ void TVectorComment::ReadFromXMLNode(IXMLNode& N) {
   const TVDTags& T = VDTags();
   FText = VDDecodeText(N.AttrAsString(T.Text), *FOwner, 1.3);
   FDate = N.AttrAsString(QStringLiteral("Date"));
-  FInsertPt = VDTextPoint(N.AttrAsString(T.InsertPt));
-  VDTextVertices(N.AttrAsString(QStringLiteral("CommentPoly")), FCommentPoly->List());
+  FInsertPt = VDTextPoint(N.AttrAsView(T.InsertPt));
+  VDTextVertices(N.AttrAsView(QStringLiteral("CommentPoly")), FCommentPoly->List());
 }
 
 void TVectorComment::WriteToXMLNode(IXMLNode& N) const {
@@ -254,7 +254,7 @@ void TVectorHatch::ReadFromXMLNode(IXMLNode& N) {
   TVectorDrawingItem::ReadFromXMLNode(N);
   const TVDTags& T = VDTags();
   FFillStyle = quint8(N.AttrAsInteger(T.FillStyle));
-  VDTextVertices(N.AttrAsString(T.XPoly), FXPoly->List());
+  VDTextVertices(N.AttrAsView(T.XPoly), FXPoly->List());
 }
 
 // Only straight vertices are written: a boundary with arcs loses those vertices here.
@@ -385,7 +385,7 @@ void TVectorLine::ReadFromXMLNode(IXMLNode& N) {
   TVectorDrawingItem::ReadFromXMLNode(N);
   ReadLineBase(N);
   TKRNVector2d S, E;
-  VDTextLine(N.AttrAsString(VDTags().Line), S, E);
+  VDTextLine(N.AttrAsView(VDTags().Line), S, E);
   FXLine->SetStartPt(S);
   FXLine->SetEndPt(E);
 }
@@ -442,7 +442,7 @@ void TVectorPolyline::WriteToStream(TVDWriter& W) const {
 void TVectorPolyline::ReadFromXMLNode(IXMLNode& N) {
   TVectorDrawingItem::ReadFromXMLNode(N);
   ReadLineBase(N);
-  VDTextVertices(N.AttrAsString(VDTags().Polyline), FPolyline->List());
+  VDTextVertices(N.AttrAsView(VDTags().Polyline), FPolyline->List());
   RefillEdges();
 }
 

@@ -173,7 +173,7 @@ static void Fields(QStringView AText, QStringView (&AOut)[N]) {
 
 QString VDPointText(const TKRNVector2d& P) { return VDNumberText(P.X) + u',' + VDNumberText(P.Y); }
 
-TKRNVector2d VDTextPoint(const QString& AText) {
+TKRNVector2d VDTextPoint(QStringView AText) {
   QStringView F[2];
   Fields(AText, F);
   return {Field(F[0]), Field(F[1])};
@@ -181,7 +181,7 @@ TKRNVector2d VDTextPoint(const QString& AText) {
 
 QString VDLineText(const TKRNVector2d& A, const TKRNVector2d& B) { return VDPointText(A) + u',' + VDPointText(B); }
 
-void VDTextLine(const QString& AText, TKRNVector2d& A, TKRNVector2d& B) {
+void VDTextLine(QStringView AText, TKRNVector2d& A, TKRNVector2d& B) {
   QStringView F[4];
   Fields(AText, F);
   A = {Field(F[0]), Field(F[1])};
@@ -200,7 +200,7 @@ QString VDVertexText(const TKRNVertex2dList& AList, bool ALineOnly) {
   return Parts.join(u';');
 }
 
-void VDTextVertices(const QString& AText, TKRNVertex2dList& AList) {
+void VDTextVertices(QStringView AText, TKRNVertex2dList& AList) {
   AList.Clear();
   const QStringView Text(AText);
   qsizetype Start = 0;

@@ -106,12 +106,12 @@ bool IsOldLongTagVersion(const QString& AVersion);
 // "0.######" numbers; "x,y" points; "x1,y1,x2,y2" lines. Damaged fields read as 0.
 QString VDNumberText(double AValue);
 QString VDPointText(const TKRNVector2d& P);
-TKRNVector2d VDTextPoint(const QString& AText);
+TKRNVector2d VDTextPoint(QStringView AText);
 QString VDLineText(const TKRNVector2d& A, const TKRNVector2d& B);
-void VDTextLine(const QString& AText, TKRNVector2d& A, TKRNVector2d& B);
+void VDTextLine(QStringView AText, TKRNVector2d& A, TKRNVector2d& B);
 // "x,y,r,t" per vertex joined by ";"; ALineOnly leaves out arc and ellipse vertices.
 QString VDVertexText(const TKRNVertex2dList& AList, bool ALineOnly);
-void VDTextVertices(const QString& AText, TKRNVertex2dList& AList);
+void VDTextVertices(QStringView AText, TKRNVertex2dList& AList);
 // Base64 of UTF-16LE on writing; reading by the file version against AThreshold.
 QString VDEncodeText(const QString& AText);
 QString VDDecodeText(const QString& AValue, const TVectorDrawing& ADrawing, double AThreshold);

@@ -234,8 +234,7 @@ void TVectorDrawing::LoadXMLHeader(IXMLNode& ARoot) {
 
 void TVectorDrawing::LoadXMLItem(IXMLNode& ANode) {
   qint64 Type;
-  const QString TypeText = ANode.AttrAsString(VDTags().ItemType);
-  const TVDIClassInfo* Info = TryStrToInt64(TypeText, Type) ? FindVDIClass(int(Type)) : nullptr;
+  const TVDIClassInfo* Info = TryStrToInt64(ANode.AttrAsView(VDTags().ItemType), Type) ? FindVDIClass(int(Type)) : nullptr;
   if (!Info) throw EVDEError(SVDInvalidXML);
   std::unique_ptr<TVectorDrawingItem> Item(Info->Create(this));
   Item->LoadFromXMLNode(ANode);

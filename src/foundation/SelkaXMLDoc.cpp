@@ -6,39 +6,50 @@
 #include <QStringDecoder>
 #include <QStringEncoder>
 
-#include <deque>
 #include <vector>
 
 namespace {
 
 class TXMLNode;
 
+// A parsed value without entities stays in the document's text; any other value is owned.
 class TXMLNodeAttribute : public IXMLNodeAttribute {
 public:
   TXMLNodeAttribute(QString AName, quint32 AHash, QString AValue)
-      : FName(std::move(AName)), FValue(std::move(AValue)), FHashData(AHash) {}
+      : FName(std::move(AName)), FOwned(std::move(AValue)), FHashData(AHash) {}
+  TXMLNodeAttribute(QString AName, quint32 AHash, QStringView AInText)
+      : FName(std::move(AName)), FText(AInText.data()), FSize(AInText.size()), FHashData(AHash) {}
+  TXMLNodeAttribute(TXMLNodeAttribute&&) noexcept = default;
+  TXMLNodeAttribute& operator=(TXMLNodeAttribute&&) noexcept = default;
   QString Name() const override { return FName; }
   const QString& NameRef() const { return FName; }
-  QString AsString() const override { return FValue; }
-  void SetAsString(const QString& AValue) override { FValue = AValue; }
-  bool AsBoolean() const override { return SameText(FValue, QStringLiteral("True")); }
-  void SetAsBoolean(bool AValue) override { FValue = AValue ? QStringLiteral("True") : QStringLiteral("False"); }
+  QString AsString() const override { return FText ? QString(FText, FSize) : FOwned; }
+  QStringView AsView() const override { return FText ? QStringView(FText, FSize) : QStringView(FOwned); }
+  void SetAsString(const QString& AValue) override {
+    FOwned = AValue;
+    FText = nullptr;
+  }
+  bool AsBoolean() const override { return AsView().compare(QLatin1String("True"), Qt::CaseInsensitive) == 0; }
+  void SetAsBoolean(bool AValue) override { SetAsString(AValue ? QStringLiteral("True") : QStringLiteral("False")); }
   qint64 AsInteger() const override {
     qint64 V;
-    return TryStrToInt64(FValue, V) ? V : 0;
+    return TryStrToInt64(AsView(), V) ? V : 0;
   }
-  void SetAsInteger(qint64 AValue) override { FValue = QString::number(AValue); }
-  double AsFloat() const override { return StrToFloatDef(FValue, 0.0); }
-  void SetAsFloat(double AValue) override { FValue = FloatToStr(AValue); }
+  void SetAsInteger(qint64 AValue) override { SetAsString(QString::number(AValue)); }
+  double AsFloat() const override { return StrToFloatDef(AsView(), 0.0); }
+  void SetAsFloat(double AValue) override { SetAsString(FloatToStr(AValue)); }
   quint32 Hash() const { return FHashData; }
 
 private:
-  QString FName, FValue;
+  QString FName, FOwned;
+  const QChar* FText = nullptr;
+  qsizetype FSize = 0;
   quint32 FHashData;
 };
 
 class TXMLNodeAttributes : public IXMLNodeAttributes {
 public:
+  using TList = std::vector<TXMLNodeAttribute>;
   int Count() const override { return int(FList.size()); }
   IXMLNodeAttribute* Add(const QString& AName) override {
     quint32 H = 0;
@@ -46,12 +57,6 @@ public:
     return I >= 0 ? &FList[size_t(I)] : &FList.emplace_back(AName, H, QString());
   }
   IXMLNodeAttribute* GetItemsByName(const QString& AName) override { return Add(AName); }
-  // A parsed attribute whose name's hash is known: a repeated name keeps its last value.
-  void Put(const QString& AName, quint32 AHash, QString AValue) {
-    const int I = FindByHash(AName, AHash);
-    if (I >= 0) FList[size_t(I)].SetAsString(AValue);
-    else FList.emplace_back(AName, AHash, std::move(AValue));
-  }
   int IndexOf(const QString& AName) const override {
     quint32 H = 0;
     return Find(AName, H);
@@ -61,6 +66,18 @@ public:
   }
   void Delete(int AIndex) override { FList.erase(FList.begin() + AIndex); }
   void Clear() override { FList.clear(); }
+  // The attributes of a parsed tag, in one allocation; AFrom is left empty for the next tag.
+  void Take(TList& AFrom) {
+    FList.reserve(AFrom.size());
+    for (TXMLNodeAttribute& A : AFrom) FList.push_back(std::move(A));
+    AFrom.clear();
+  }
+  // Where a parsed attribute goes in a tag's list: a repeated name keeps its last value.
+  static int FindByHash(const TList& AList, const QString& AName, quint32 AHash) {
+    for (size_t I = 0; I < AList.size(); ++I)
+      if (AList[I].Hash() == AHash && SameText(AList[I].NameRef(), AName)) return int(I);
+    return -1;
+  }
 
 private:
   // Names are unique ignoring case, so an exact match is the match. Readers ask in about
@@ -76,16 +93,10 @@ private:
       }
     }
     AHash = TStrKeyHash::StrHash(AName, false);
-    return FindByHash(AName, AHash);
-  }
-  int FindByHash(const QString& AName, quint32 AHash) const {
-    for (size_t I = 0; I < FList.size(); ++I)
-      if (FList[I].Hash() == AHash && SameText(FList[I].NameRef(), AName)) return int(I);
-    return -1;
+    return FindByHash(FList, AName, AHash);
   }
 
-  // A deque: adding never moves the attributes handed out before.
-  std::deque<TXMLNodeAttribute> FList;
+  TList FList;
   mutable size_t FHint = 0;
 };
 
@@ -433,11 +444,15 @@ private:
 
   // attributes = { blank [name] "=" quote value quote } up to AEnd or ">" or "/>"
   void Attributes(TXMLNode& ANode, QLatin1String AEnd) {
+    FTag.clear();
     for (;;) {
       SkipBlank();
       if (FPos >= FData.size()) Fail(QStringLiteral("unterminated tag"));
       const QChar C = FData[FPos];
-      if (C == u'>' || ((C == u'/' || C == u'?') && (Starts(AEnd) || Starts(QLatin1String("/>"))))) return;
+      if (C == u'>' || ((C == u'/' || C == u'?') && (Starts(AEnd) || Starts(QLatin1String("/>"))))) {
+        ANode.Attrs().Take(FTag);
+        return;
+      }
       const TName& N = SharedName();
       SkipBlank();
       if (FPos >= FData.size() || FData[FPos] != u'=') Fail(QStringLiteral("'=' expected after attribute name"));
@@ -447,7 +462,12 @@ private:
       const QChar Q = FData[FPos++];
       const qsizetype E = FData.indexOf(Q, FPos);
       if (E < 0) Fail(QStringLiteral("unterminated attribute value"));
-      ANode.Attrs().Put(N.Text, N.Hash, Decode(QStringView(FData).mid(FPos, E - FPos)));
+      const QStringView V = QStringView(FData).mid(FPos, E - FPos);
+      TXMLNodeAttribute A = V.contains(u'&') ? TXMLNodeAttribute(N.Text, N.Hash, Decode(V))
+                                             : TXMLNodeAttribute(N.Text, N.Hash, V);
+      const int Same = TXMLNodeAttributes::FindByHash(FTag, N.Text, N.Hash);
+      if (Same >= 0) FTag[size_t(Same)] = std::move(A);
+      else FTag.push_back(std::move(A));
       FPos = E + 1;
     }
   }
@@ -522,6 +542,7 @@ private:
   qsizetype FPos = 0;
   int FDepth = 0;
   std::vector<TName> FNames;
+  TXMLNodeAttributes::TList FTag;
   size_t FNext = 0;
   TName FSpareName;
 };
@@ -553,7 +574,7 @@ public:
     QString Text = Gbk ? QStringDecoder("GBK")(B) : QString::fromUtf8(B);
     B = QByteArray();
     if (Text.startsWith(QChar(0xFEFF))) Text.remove(0, 1);
-    Load(Text, ADone ? &ADone : nullptr);
+    Load(std::move(Text), ADone ? &ADone : nullptr);
   }
   void LoadFromFile(const QString& AFileName) override {
     QByteArray Data;
@@ -594,12 +615,15 @@ private:
     if (FAutoIndent) Out += u'\n';
     return Out;
   }
-  void Load(const QString& AText, const TXMLElementDone* ADone) {
+  void Load(QString AText, const TXMLElementDone* ADone) {
     FRoot.reset();
-    TXMLParser P(AText, ADone);
+    FText = std::move(AText);
+    TXMLParser P(FText, ADone);
     P.Parse(FRoot, FVersion, FEncoding);
   }
 
+  // The text last read: parsed values without entities point into it.
+  QString FText;
   std::unique_ptr<TXMLNode> FRoot;
   bool FAutoIndent = true;
   bool FIncludeHeader = true;

@@ -23,6 +23,8 @@ public:
   virtual ~IXMLNodeAttribute() = default;
   virtual QString Name() const = 0;
   virtual QString AsString() const = 0;
+  // The value without a copy: valid until the attribute is changed or its node goes.
+  virtual QStringView AsView() const = 0;
   virtual void SetAsString(const QString& AValue) = 0;
   // "True" (any case) is true; anything else false. Written "True" / "False".
   virtual bool AsBoolean() const = 0;
@@ -39,7 +41,8 @@ class IXMLNodeAttributes {
 public:
   virtual ~IXMLNodeAttributes() = default;
   virtual int Count() const = 0;
-  // The attribute of that name (ignoring case), created empty when absent.
+  // The attribute of that name (ignoring case), created empty when absent. The pointer
+  // is valid until the next attribute is added to the node.
   virtual IXMLNodeAttribute* Add(const QString& AName) = 0;
   virtual IXMLNodeAttribute* GetItemsByName(const QString& AName) = 0;
   virtual int IndexOf(const QString& AName) const = 0;
@@ -82,6 +85,7 @@ public:
 
   // Shorthands over Attributes().Add(name).
   QString AttrAsString(const QString& AName) { return Attributes().Add(AName)->AsString(); }
+  QStringView AttrAsView(const QString& AName) { return Attributes().Add(AName)->AsView(); }
   qint64 AttrAsInteger(const QString& AName) { return Attributes().Add(AName)->AsInteger(); }
   double AttrAsFloat(const QString& AName) { return Attributes().Add(AName)->AsFloat(); }
   bool AttrAsBoolean(const QString& AName) { return Attributes().Add(AName)->AsBoolean(); }

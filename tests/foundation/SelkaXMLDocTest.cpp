@@ -66,6 +66,28 @@ TEST(TXMLDocument, ReadingAnAbsentAttributeAddsIt) {
   EXPECT_EQ(Root->AttrAsFloat(QStringLiteral("F")), 0);  // only "." is a decimal separator
 }
 
+// Parsed values point into the document's own copy of the text: they outlive the
+// caller's string, survive more attributes being added, and a change replaces them.
+TEST(TXMLDocument, ParsedValuesOutliveTheTextAndChanges) {
+  const auto Doc = NewXMLDocument();
+  Doc->LoadFromString(QStringLiteral("<R a=\"12.5\" b=\"x&amp;y\" c=\"\" A=\"dup\" d=\"True\"/>"));
+  IXMLNode* Root = Doc->Root();
+  for (int I = 0; I < 40; ++I) Root->SetAttr(QStringLiteral("n%1").arg(I), qint64(I));
+  EXPECT_EQ(Root->Attributes().Count(), 44);
+  EXPECT_EQ(Root->AttrAsString(QStringLiteral("a")), QStringLiteral("dup"));  // a repeated name keeps its last value
+  EXPECT_EQ(Root->Attributes().IndexOf(QStringLiteral("a")), 0);
+  EXPECT_EQ(Root->AttrAsView(QStringLiteral("b")), QStringLiteral("x&y"));
+  EXPECT_TRUE(Root->AttrAsView(QStringLiteral("c")).isEmpty());
+  EXPECT_TRUE(Root->AttrAsBoolean(QStringLiteral("d")));
+  EXPECT_EQ(Root->AttrAsInteger(QStringLiteral("n39")), 39);
+  Root->SetAttr(QStringLiteral("d"), QStringLiteral("7"));
+  EXPECT_EQ(Root->AttrAsView(QStringLiteral("d")), QStringLiteral("7"));
+  EXPECT_EQ(Root->AttrAsInteger(QStringLiteral("d")), 7);
+  Doc->LoadFromString(QStringLiteral("<S k=\"v\"/>"));
+  EXPECT_EQ(Doc->Root()->AttrAsString(QStringLiteral("k")), QStringLiteral("v"));
+  EXPECT_TRUE(Doc->SaveToString().contains(QStringLiteral("<S k=\"v\"/>")));
+}
+
 TEST(TXMLDocument, NodeListOperations) {
   const auto Doc = NewXMLDocument();
   IXMLNode* Root = Doc->AddRoot(QStringLiteral("R"));
