@@ -410,9 +410,10 @@ int TKRNDrawFunc2d::GetFontHeight(QPainter& AHDC, int AFontSize) {
   return int(qint64(AFontSize) * Dpi / 72);
 }
 
-std::unique_ptr<TKRNPolygon2d> TKRNDrawFunc2d::GetDrawTextPoly(const TKRNVector2d& AInsertPt, double AAngle, double AWidth,
-                                              double AHeight, int ALineCount, THorzAlignment AHorzAlignment,
-                                              TVertAlignment AVertAlignment) {
+std::array<TKRNVector2d, 4> TKRNDrawFunc2d::GetDrawTextCorners(const TKRNVector2d& AInsertPt, double AAngle,
+                                                             double AWidth, double AHeight, int ALineCount,
+                                                             THorzAlignment AHorzAlignment,
+                                                             TVertAlignment AVertAlignment) {
   double Left = 0;
   if (AHorzAlignment == haRightJustify) Left = -AWidth;
   else if (AHorzAlignment == haCenter) Left = -AWidth / 2;
@@ -421,9 +422,18 @@ std::unique_ptr<TKRNPolygon2d> TKRNDrawFunc2d::GetDrawTextPoly(const TKRNVector2
   if (AVertAlignment == vaBottomJustify) Top = AHeight;
   else if (AVertAlignment == vaCenter) Top = AHeight / 2;
   const double Bottom = Top - AHeight * std::max(1, ALineCount);
-  const TKRNVector2d Corners[4] = {{Left, Bottom}, {Left + AWidth, Bottom}, {Left + AWidth, Top}, {Left, Top}};
+  std::array<TKRNVector2d, 4> Corners{{{Left, Bottom}, {Left + AWidth, Bottom}, {Left + AWidth, Top}, {Left, Top}}};
+  for (TKRNVector2d& C : Corners) C = VectorAdd(AInsertPt, AAngle == 0 ? C : VectorRotate(C, AAngle));
+  return Corners;
+}
+
+std::unique_ptr<TKRNPolygon2d> TKRNDrawFunc2d::GetDrawTextPoly(const TKRNVector2d& AInsertPt, double AAngle, double AWidth,
+                                              double AHeight, int ALineCount, THorzAlignment AHorzAlignment,
+                                              TVertAlignment AVertAlignment) {
   auto P = std::make_unique<TKRNPolygon2d>();
-  for (const TKRNVector2d& C : Corners) P->List().AddLinePoint(VectorAdd(AInsertPt, AAngle == 0 ? C : VectorRotate(C, AAngle)));
+  for (const TKRNVector2d& C :
+       GetDrawTextCorners(AInsertPt, AAngle, AWidth, AHeight, ALineCount, AHorzAlignment, AVertAlignment))
+    P->List().AddLinePoint(C);
   return P;
 }
 

@@ -12,6 +12,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -85,7 +86,11 @@ public:
                                    THorzAlignment AHorzAlignment, TVertAlignment AVertAlignment,
                                    const QString& AFontName, int AFontStyle, TColor AColor, TColor ABackColor,
                                    bool ATransparent, TDrawMode ADrawMode = dmCopy);
-  // The box of a text as a polygon: width AWidth, line height AHeight, ALineCount lines.
+  // The corners of a text's box: width AWidth, line height AHeight, ALineCount lines.
+  static std::array<TKRNVector2d, 4> GetDrawTextCorners(const TKRNVector2d& AInsertPt, double AAngle, double AWidth,
+                                                        double AHeight, int ALineCount, THorzAlignment AHorzAlignment,
+                                                        TVertAlignment AVertAlignment);
+  // The same box as a polygon.
   static std::unique_ptr<TKRNPolygon2d> GetDrawTextPoly(const TKRNVector2d& AInsertPt, double AAngle, double AWidth, double AHeight,
                                        int ALineCount, THorzAlignment AHorzAlignment, TVertAlignment AVertAlignment);
   static int GetFontHeight(QPainter& AHDC, int AFontSize);

@@ -36,19 +36,6 @@ void TVDReader::Read(void* ABuffer, qint64 ACount) {
   if (ACount < 0 || ACount > Remaining() || FStream.Read(ABuffer, ACount) != ACount) throw EVDEError(SVDInvalidStream);
 }
 
-quint8 TVDReader::U8() { quint8 V; Read(&V, 1); return V; }
-qint16 TVDReader::I16() { qint16 V; Read(&V, 2); return V; }
-quint16 TVDReader::U16() { quint16 V; Read(&V, 2); return V; }
-qint32 TVDReader::I32() { qint32 V; Read(&V, 4); return V; }
-quint32 TVDReader::U32() { quint32 V; Read(&V, 4); return V; }
-float TVDReader::F32() { float V; Read(&V, 4); return V; }
-double TVDReader::F64() { double V; Read(&V, 8); return V; }
-
-TKRNVector2d TVDReader::Point() {
-  const double X = F64();
-  return {X, F64()};
-}
-
 qint64 TVDReader::Remaining() const {
   return FData ? FSize - FPos : FStream.GetSize() - const_cast<TStream&>(FStream).GetPosition();
 }
@@ -66,12 +53,21 @@ QByteArray TVDReader::Bytes(int ALenSize) {
   return B;
 }
 
-QString TVDReader::Utf8Str(int ALenSize) { return QString::fromUtf8(Bytes(ALenSize)); }
+QString TVDReader::Utf8Str(int ALenSize) {
+  if (FData) {  // decoded where the bytes are
+    quint32 Len = 0;
+    Read(&Len, ALenSize);
+    if (qint64(Len) > FSize - FPos) throw EVDEError(SVDInvalidStream);
+    const QByteArrayView B(FData + FPos, qsizetype(Len));
+    FPos += Len;
+    return Len == 0 ? QString() : QString::fromUtf8(B);
+  }
+  return QString::fromUtf8(Bytes(ALenSize));
+}
 
 QString TVDReader::Str(int ALenSize) {
-  const QByteArray B = Bytes(ALenSize);
-  if (CompareVersion(1.9) != -1) return QString::fromUtf8(B);
-  return QStringDecoder("GBK")(B);
+  if (CompareVersion(1.9) != -1) return Utf8Str(ALenSize);
+  return QStringDecoder("GBK")(Bytes(ALenSize));
 }
 
 const QString& TVDReader::Version() const { return FDrawing.Version(); }

@@ -9,6 +9,8 @@
 
 #include <QString>
 
+#include <cstring>
+
 class TVectorDrawing;
 
 class EVDEError : public Exception {
@@ -30,14 +32,17 @@ public:
   TVDReader& operator=(const TVDReader&) = delete;
 
   void Read(void* ABuffer, qint64 ACount);
-  quint8 U8();
-  qint16 I16();
-  quint16 U16();
-  qint32 I32();
-  quint32 U32();
-  float F32();
-  double F64();
-  TKRNVector2d Point();
+  quint8 U8() { return Get<quint8>(); }
+  qint16 I16() { return Get<qint16>(); }
+  quint16 U16() { return Get<quint16>(); }
+  qint32 I32() { return Get<qint32>(); }
+  quint32 U32() { return Get<quint32>(); }
+  float F32() { return Get<float>(); }
+  double F64() { return Get<double>(); }
+  TKRNVector2d Point() {
+    const double X = F64();
+    return {X, F64()};
+  }
   // Length-prefixed strings (1, 2 or 4 bytes): UTF-8 from version 1.9 on, GBK below.
   QString Str(int ALenSize);
   // Always UTF-8 (header strings, layer names).
@@ -56,6 +61,17 @@ public:
   const QString& Version() const;
 
 private:
+  template <class T>
+  T Get() {
+    T V;
+    if (FData && FSize - FPos >= qint64(sizeof(T))) {
+      std::memcpy(&V, FData + FPos, sizeof(T));
+      FPos += qint64(sizeof(T));
+    } else {
+      Read(&V, sizeof(T));
+    }
+    return V;
+  }
   QByteArray Bytes(int ALenSize);
   TStream& FStream;
   const TVectorDrawing& FDrawing;

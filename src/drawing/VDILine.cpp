@@ -114,6 +114,15 @@ std::vector<TVDIPrimitive> TVectorLineBase::BuildMarkGeometry() const {
 }
 
 void TVectorLineBase::BuildOutRect() {
+  if (!HasMarks()) {  // the path alone: its edges are boxed where they are, not copied
+    FOutRect = TKRNBox2d{};
+    for (int I = 0; I < GetEdgeCount(); ++I) {
+      const TKRNCustomLine2d& E = *GetEdge(I);
+      const TKRNBox2d B = FLineWidth > 0 ? FatPolygon(E, FLineWidth).Box() : E.Box();
+      FOutRect = I == 0 ? B : BoxUnion(FOutRect, B);
+    }
+    return;
+  }
   const std::vector<TVDIPrimitive> L = BuildMarkGeometry();
   if (L.empty()) {
     FOutRect = TKRNBox2d{};

@@ -53,7 +53,17 @@ void TVectorText::BuildOutRect() {
   if (W == 0) W = 24.0;
   if (H == 0) H = 12.0;
   const int Lines = int(FText.count(QStringLiteral("\r\n"))) + 1;
-  FBoundPoly = TKRNDrawFunc2d::GetDrawTextPoly(FInsertPt, FAngle, W, H, Lines, FHorzAlignment, FVertAlignment);
+  const auto Corners = TKRNDrawFunc2d::GetDrawTextCorners(FInsertPt, FAngle, W, H, Lines, FHorzAlignment, FVertAlignment);
+  // The polygon is always four line vertices once built: they are moved, not made again.
+  TKRNVertex2dList& L = FBoundPoly->List();
+  bool Reuse = L.Count() == 4;
+  for (int I = 0; Reuse && I < 4; ++I) Reuse = L[I]->VertexType() == vtLine;
+  if (!Reuse) {
+    L.Clear();
+    for (const TKRNVector2d& C : Corners) L.AddLinePoint(C);
+  } else {
+    for (int I = 0; I < 4; ++I) L[I]->SetPoint(Corners[size_t(I)]);
+  }
   FOutRect = FBoundPoly->Box();
 }
 
