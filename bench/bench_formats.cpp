@@ -15,6 +15,8 @@
 #include <benchmark/benchmark.h>
 #include <pugixml.hpp>
 
+#include <malloc.h>
+
 #include <cstring>
 #include <map>
 #include <memory>
@@ -25,6 +27,14 @@
 #include <vector>
 
 namespace {
+
+// glibc moves its trim and mmap thresholds with the history of frees, so whether a load
+// after a free finds its memory still mapped (or faults it in again) would depend on
+// what the previous run happened to free. Fixed thresholds make every load, ours and the
+// yardsticks', reuse freed memory the same way.
+[[maybe_unused]] const bool FixedMallocThresholds = [] {
+  return mallopt(M_TRIM_THRESHOLD, 256 << 20) == 1 && mallopt(M_MMAP_THRESHOLD, 32 << 20) == 1;
+}();
 
 TVectorDrawing* MakeDrawing(int ACount) {
   auto* Dr = new TVectorDrawing();

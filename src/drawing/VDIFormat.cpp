@@ -111,7 +111,8 @@ TVDTags& VDTags() {
 }
 
 bool IsOldLongTagVersion(const QString& AVersion) {
-  return AVersion.trimmed() == QLatin1String("1.0") || AVersion.trimmed() == QLatin1String("1.1");
+  const QStringView V = QStringView(AVersion).trimmed();
+  return V == u"1.0" || V == u"1.1";
 }
 
 void SetVDTagTable(const QString& AVersion) {

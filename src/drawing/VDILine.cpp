@@ -358,15 +358,15 @@ void TVectorLine::DrawPath(QPainter& AHDC, const TKRNCoordTrans& ACoordTrans, in
     TKRNDrawFunc2d::DrawLine(AHDC, ACoordTrans, FXLine->StartPt(), FXLine->EndPt(), FLineWidth, 0, AStyle, AColor, AMode);
 }
 
-TVectorArc::TVectorArc(TVectorDrawing* AOwner) : TVectorLine(AOwner) { FXLine = CreateXLine({}, {}); }
+TVectorArc::TVectorArc(TVectorDrawing* AOwner)
+    : TVectorLine(AOwner, TKRNPtr<TKRNCustomLine2d>(new TKRNArc2d({}, {}, 0, atLine))) {}
 
 TVectorArc::TVectorArc(TVectorDrawing* AOwner, int AID, TColor AColor, int ALineWidth, int ALineStyle,
                        int AStartMarkSize, int AEndMarkSize, TMarkStyle AStartMarkStyle, TMarkStyle AEndMarkStyle,
                        const TKRNVector2d& AStartPt, const TKRNVector2d& AEndPt, double ARadius, TKRNArcType AArcType)
-    : TVectorLine(AOwner) {
+    : TVectorLine(AOwner, TKRNPtr<TKRNCustomLine2d>(new TKRNArc2d(AStartPt, AEndPt, ARadius, AArcType))) {
   FID = AID;
   FColor = AColor;
-  FXLine.reset(new TKRNArc2d(AStartPt, AEndPt, ARadius, AArcType));
   SetMarkFields(ALineWidth, ALineStyle, AStartMarkSize, AEndMarkSize, AStartMarkStyle, AEndMarkStyle);
   BuildOutRect();
 }

@@ -113,6 +113,9 @@ public:
   void GeometryChanged() { Changed(true); }
 
 protected:
+  // For subclasses that bring their own kind of segment.
+  TVectorLine(TVectorDrawing* AOwner, TKRNPtr<TKRNCustomLine2d> AXLine)
+      : TVectorLineBase(AOwner), FXLine(std::move(AXLine)) {}
   virtual TKRNPtr<TKRNCustomLine2d> CreateXLine(const TKRNVector2d& AStartPt, const TKRNVector2d& AEndPt) const;
   void DrawPath(QPainter& AHDC, const TKRNCoordTrans& ACoordTrans, int AStyle, TColor AColor, TDrawMode AMode) override;
 

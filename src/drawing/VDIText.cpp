@@ -8,13 +8,13 @@
 #include <cmath>
 
 TVectorText::TVectorText(TVectorDrawing* AOwner)
-    : TVectorDrawingItem(AOwner), FBoundPoly(std::make_unique<TKRNPolygon2d>()) {}
+    : TVectorDrawingItem(AOwner) {}
 
 TVectorText::TVectorText(TVectorDrawing* AOwner, int AID, TColor AColor, const QString& AText,
                          const TKRNVector2d& AInsertPt, double AAngle, const QString& AFontName, int AHeight,
                          int AFontStyle, THorzAlignment AHorzAlignment, TVertAlignment AVertAlignment,
                          bool ATransparent, TColor ABackColor, const QString& AExtData)
-    : TVectorDrawingItem(AOwner, AID, AColor), FBoundPoly(std::make_unique<TKRNPolygon2d>()) {
+    : TVectorDrawingItem(AOwner, AID, AColor) {
   FFloatHeight = 0;
   FText = AText;
   FInsertPt = AInsertPt;
@@ -53,22 +53,32 @@ void TVectorText::BuildOutRect() {
   if (W == 0) W = 24.0;
   if (H == 0) H = 12.0;
   const int Lines = int(FText.count(QStringLiteral("\r\n"))) + 1;
-  const auto Corners = TKRNDrawFunc2d::GetDrawTextCorners(FInsertPt, FAngle, W, H, Lines, FHorzAlignment, FVertAlignment);
-  // The polygon is always four line vertices once built: they are moved, not made again.
+  FCorners = TKRNDrawFunc2d::GetDrawTextCorners(FInsertPt, FAngle, W, H, Lines, FHorzAlignment, FVertAlignment);
+  FHasCorners = true;
+  FOutRect = BoxOfPoints(FCorners[0], FCorners[1]);
+  BoxAddPoint(FOutRect, FCorners[2]);
+  BoxAddPoint(FOutRect, FCorners[3]);
+  if (!FBoundPoly) return;
+  // A polygon already made follows the box: its four vertices are moved, not made again.
   TKRNVertex2dList& L = FBoundPoly->List();
-  bool Reuse = L.Count() == 4;
-  for (int I = 0; Reuse && I < 4; ++I) Reuse = L[I]->VertexType() == vtLine;
-  if (!Reuse) {
-    L.Clear();
-    for (const TKRNVector2d& C : Corners) L.AddLinePoint(C);
-  } else {
-    for (int I = 0; I < 4; ++I) L[I]->SetPoint(Corners[size_t(I)]);
+  if (L.Count() != 4) {
+    FBoundPoly.reset();
+    return;
   }
-  FOutRect = FBoundPoly->Box();
+  for (int I = 0; I < 4; ++I) L[I]->SetPoint(FCorners[size_t(I)]);
+}
+
+const TKRNPolygon2d& TVectorText::BoundPoly() const {
+  if (!FBoundPoly) {
+    FBoundPoly = std::make_unique<TKRNPolygon2d>();
+    if (FHasCorners)
+      for (const TKRNVector2d& C : FCorners) FBoundPoly->List().AddLinePoint(C);
+  }
+  return *FBoundPoly;
 }
 
 void TVectorText::DrawElastic(QPainter& AHDC, const TKRNCoordTrans& ACoordTrans) {
-  TKRNDrawFunc2d::DrawXPoly(AHDC, ACoordTrans, *FBoundPoly, 0, psSolid, TKRNDrawFunc2d::ElasticColor(), dmXOR);
+  TKRNDrawFunc2d::DrawXPoly(AHDC, ACoordTrans, BoundPoly(), 0, psSolid, TKRNDrawFunc2d::ElasticColor(), dmXOR);
 }
 
 void TVectorText::DrawNormal(QPainter& AHDC, const TKRNCoordTrans& ACoordTrans) {
@@ -85,7 +95,7 @@ void TVectorText::DrawSelected(QPainter& AHDC, const TKRNCoordTrans& ACoordTrans
 
 bool TVectorText::HitTest(const TKRNVector2d& AHitPt, double ATol) {
   if (!TKRNPositionFunc2d::IsPointInBox(AHitPt, FOutRect, ATol)) return false;
-  return TKRNPositionFunc2d::PointPosition(AHitPt, *FBoundPoly, ATol) != ppOut;
+  return TKRNPositionFunc2d::PointPosition(AHitPt, BoundPoly(), ATol) != ppOut;
 }
 
 bool TVectorText::HitSelect(const TKRNVector2d& AStartPt, const TKRNVector2d& AEndPt, double ATol) {
@@ -93,7 +103,7 @@ bool TVectorText::HitSelect(const TKRNVector2d& AStartPt, const TKRNVector2d& AE
   const TKRNBox2d Window = BoxOfPoints(AStartPt, AEndPt);
   if (AEndPt.X > AStartPt.X) return BoxInWindow(FOutRect, Window);
   if (TKRNPositionFunc2d::BoxBoxPosition(FOutRect, Window) == pptLeave) return false;
-  return PolygonTouchesBox(*FBoundPoly, Window) || BoxInWindow(FOutRect, Window);
+  return PolygonTouchesBox(BoundPoly(), Window) || BoxInWindow(FOutRect, Window);
 }
 
 TVDEPropTypeSet TVectorText::GetPropTypes() const {
@@ -134,7 +144,9 @@ void TVectorText::Assign(const TVectorDrawingItem& ASource) {
   if (const auto* S = dynamic_cast<const TVectorText*>(&ASource)) {
     FAngle = S->FAngle;
     FBackColor = S->FBackColor;
-    FBoundPoly = S->FBoundPoly->Clone();
+    FCorners = S->FCorners;
+    FHasCorners = S->FHasCorners;
+    FBoundPoly.reset();
     FFontName = S->FFontName;
     FFontStyle = S->FFontStyle;
     FHeight = S->FHeight;

@@ -5,6 +5,8 @@
 
 #include "VectorDrawingItem.h"
 
+#include <array>
+
 class TVectorText : public TVectorDrawingItem {
 public:
   explicit TVectorText(TVectorDrawing* AOwner);
@@ -65,12 +67,16 @@ public:
   void SetTransparent(bool AValue);
   TColor BackColor() const { return FBackColor; }
   void SetBackColor(TColor AValue);
-  const TKRNPolygon2d& BoundPoly() const { return *FBoundPoly; }
+  // The box the text fills, as a polygon made when first asked for.
+  const TKRNPolygon2d& BoundPoly() const;
 
 private:
   float FAngle = 0;
   TColor FBackColor = 0xFFFFFF;
-  std::unique_ptr<TKRNPolygon2d> FBoundPoly;
+  // Four corners once the box is built; loading a drawing makes no polygon.
+  std::array<TKRNVector2d, 4> FCorners{};
+  bool FHasCorners = false;
+  mutable std::unique_ptr<TKRNPolygon2d> FBoundPoly;
   QString FFontName = QStringLiteral("宋体");
   int FFontStyle = 0;
   qint16 FHeight = 0;

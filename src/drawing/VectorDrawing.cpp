@@ -208,30 +208,29 @@ int TVectorDrawing::IndexOfID(int AID) const {
 }
 
 TVectorDrawingItem* TVectorDrawing::ItemByID(int AID) const {
-  const auto It = FIDIndex.find(AID);
-  if (It != FIDIndex.end() && It->second->ID() == AID) return It->second;
+  TVectorDrawingItem* Hit = FIDIndex.Find(AID);
+  if (Hit && Hit->ID() == AID) return Hit;
   // A miss is final while every item is indexed under its own ID; duplicate IDs
   // from a file leave some out, and then the list is walked from the start.
-  if (It == FIDIndex.end() && FIDIndex.size() == FList.size()) return nullptr;
-  FIDIndex.clear();
+  if (!Hit && FIDIndex.Size() == FList.size()) return nullptr;
+  FIDIndex.Clear();
+  FIDIndex.Reserve(FList.size());
   TVectorDrawingItem* Found = nullptr;
   for (auto I = FList.rbegin(); I != FList.rend(); ++I) {
-    FIDIndex[(*I)->ID()] = I->get();
+    FIDIndex.Set((*I)->ID(), I->get());
     if ((*I)->ID() == AID) Found = I->get();
   }
   return Found;
 }
 
 void TVectorDrawing::ItemIDChanged(TVectorDrawingItem* AItem, int AOldID) {
-  const auto It = FIDIndex.find(AOldID);
-  if (It == FIDIndex.end() || It->second != AItem) return;  // not in this drawing's list
-  FIDIndex.erase(It);
-  FIDIndex.emplace(AItem->ID(), AItem);
+  if (FIDIndex.Find(AOldID) != AItem) return;  // not in this drawing's list
+  FIDIndex.Erase(AOldID);
+  FIDIndex.Add(AItem->ID(), AItem);
 }
 
 void TVectorDrawing::UnindexID(const TVectorDrawingItem* AItem) {
-  const auto It = FIDIndex.find(AItem->ID());
-  if (It != FIDIndex.end() && It->second == AItem) FIDIndex.erase(It);
+  if (FIDIndex.Find(AItem->ID()) == AItem) FIDIndex.Erase(AItem->ID());
 }
 
 // IDs read from a file may be anything: the counter saturates instead of overflowing.
@@ -287,7 +286,7 @@ void TVectorDrawing::AppendRaw(TVectorDrawingItem* AItem) {
   FList.emplace_back(AItem);
   AItem->FListIndex = int(FList.size()) - 1;
   FIndex->Invalidate();
-  FIDIndex.emplace(AItem->ID(), AItem);
+  FIDIndex.Add(AItem->ID(), AItem);  // the first item under an ID keeps it
   ++FRevision;
 }
 
@@ -317,7 +316,7 @@ void TVectorDrawing::Clear() {
   FSelSet->Clear();
   FIndex->Invalidate();
   FList.clear();
-  FIDIndex.clear();
+  FIDIndex.Clear();
   FLayers->Clear();
   EndUpdate();
   DoChange();

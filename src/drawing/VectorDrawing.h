@@ -5,6 +5,7 @@
 // the view transform to use. Every model change counts on FChangeCount and asks for
 // a repaint, held back inside an update bracket.
 
+#include "ItemIDMap.h"
 #include "VectorDrawingItem.h"
 
 #include <QString>
@@ -13,7 +14,6 @@
 #include <functional>
 #include <limits>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 class TVectorDrawing;
@@ -244,7 +244,7 @@ public:
   void Assign(const TVectorDrawing& ASource);
 
 private:
-  void IndexID(TVectorDrawingItem* AItem) { FIDIndex[AItem->ID()] = AItem; }
+  void IndexID(TVectorDrawingItem* AItem) { FIDIndex.Set(AItem->ID(), AItem); }
   void UnindexID(const TVectorDrawingItem* AItem);
   void LoadBinary(TStream& AStream);
   void LoadXML(TStream& AStream);
@@ -263,7 +263,7 @@ private:
   QString FExtData;
   std::unique_ptr<TLayers> FLayers;
   std::vector<std::unique_ptr<TVectorDrawingItem>> FList;
-  mutable std::unordered_map<int, TVectorDrawingItem*> FIDIndex;
+  mutable TItemIDMap FIDIndex;
   std::unique_ptr<TVDItemIndex> FIndex;
   bool FUseIndex = true;
   std::vector<TVectorDrawingItem*> HitCandidates(const TKRNVector2d& AHitPt, double ATol);

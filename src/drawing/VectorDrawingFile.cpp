@@ -210,7 +210,7 @@ void TVectorDrawing::LoadBinary(TStream& AStream) {
   R.CheckCount(N, 17);
   // the count was checked against the bytes left, so it cannot ask for more than they hold
   FList.reserve(size_t(N));
-  FIDIndex.reserve(size_t(N));
+  FIDIndex.Reserve(size_t(N));
   for (qint32 I = 0; I < N; ++I) {
     const TVDIClassInfo* Info = FindVDIClass(R.U8());
     if (!Info) throw EVDEError(SVDInvalidStream);
@@ -267,7 +267,6 @@ void TVectorDrawing::LoadXML(TStream& AStream) {
       // An item takes well over this many bytes of text: room for all at once, not regrown.
       const size_t Room = size_t(AStream.GetSize() / 160);
       FList.reserve(Room);
-      FIDIndex.reserve(Room);
       Streamed = Items;
     }
     if (Items != Streamed) return false;

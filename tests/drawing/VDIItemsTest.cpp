@@ -217,6 +217,31 @@ TEST(TVectorText, BoxesForEachAlignmentAndRotation) {
   T.Scale(2);
 }
 
+// A turned text is hit inside its turned box only, and the box follows every change,
+// before and after the polygon was first asked for, and into a copy.
+TEST(TVectorText, TurnedBoxFollowsChanges) {
+  TVectorDrawing D;
+  TVectorText T(&D, 1, 0, QString(), {0, 0}, KRNPi / 4, QStringLiteral("宋体"), 0, 0, haLeftJustify,
+                vaBottomJustify, true, 0, QString());
+  // the 24 x 12 box turned 45 degrees: (8, 0) is in its outer rectangle, not in it
+  EXPECT_FALSE(T.HitTest({8, 0}, 0.1));
+  EXPECT_TRUE(T.HitTest({8, 10}, 0.1));
+  EXPECT_EQ(T.BoundPoly().List().Count(), 4);
+  T.SetInsertPt({100, 0});
+  EXPECT_FALSE(T.HitTest({8, 10}, 0.1));
+  EXPECT_TRUE(T.HitTest({108, 10}, 0.1));
+  EXPECT_NEAR(T.BoundPoly().List().Points(0).X, 100, 1e-9);
+
+  TVectorText Copy(&D);
+  Copy.Assign(T);
+  EXPECT_TRUE(Copy.HitTest({108, 10}, 0.1));
+  EXPECT_TRUE(Copy.HitSelect({107, 9}, {90, 30}, 0.1));   // crossing box over a corner
+  EXPECT_FALSE(Copy.HitSelect({116, 1}, {110, 3}, 0.1));  // in the outer rectangle only
+  TVectorText Fresh(&D);
+  EXPECT_FALSE(Fresh.HitTest({0, 0}, 0.1));
+  EXPECT_EQ(Fresh.BoundPoly().List().Count(), 0);
+}
+
 TEST(TVectorDrawingItem, PropertyValuesAsText) {
   TKinds K;
   EXPECT_EQ(K.Line->GetPropValues(ptLineWidth), QStringLiteral("0"));
