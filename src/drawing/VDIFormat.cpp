@@ -78,6 +78,7 @@ void TVDReader::VertexList(TKRNVertex2dList& AList) {
   AList.Clear();
   const quint16 N = U16();
   CheckCount(N, 17);
+  AList.Reserve(N);
   for (int I = 0; I < N; ++I) {
     const quint8 T = U8();
     if (T > atCL) throw EVDEError(SVDInvalidStream);

@@ -125,6 +125,7 @@ public:
   TKRNVertex2d* Last() const { return FList.back(); }
 
   int Add(TKRNVertex2d* AVertex);
+  void Reserve(int ACount) { FList.reserve(size_t(std::max(ACount, 0))); }
   TKRNVertex2d* AddLinePoint(const TKRNVector2d& APoint);
   TKRNVertex2d* InsertLinePoint(int AIndex, const TKRNVector2d& APoint);
   TKRNVertex2d* AddArcPoint(const TKRNVector2d& APoint, TKRNArcType AArcType, double ARadius);
