@@ -54,7 +54,9 @@ public:
   IXMLNodeAttribute* Add(const QString& AName) override {
     quint32 H = 0;
     const int I = Find(AName, H);
-    return I >= 0 ? &FList[size_t(I)] : &FList.emplace_back(AName, H, QString());
+    if (I >= 0) return &FList[size_t(I)];
+    if (FList.empty()) FList.reserve(8);  // a node built in code takes several
+    return &FList.emplace_back(AName, H, QString());
   }
   IXMLNodeAttribute* GetItemsByName(const QString& AName) override { return Add(AName); }
   int IndexOf(const QString& AName) const override {
@@ -85,15 +87,18 @@ private:
   // set when no exact match is found.
   int Find(const QString& AName, quint32& AHash) const {
     const size_t N = FList.size();
-    for (size_t K = 0; K < N; ++K) {
-      const size_t I = (FHint + K) % N;
-      if (FList[I].NameRef() == AName) {
-        FHint = I + 1;
-        return int(I);
-      }
-    }
+    const size_t From = std::min(FHint, N);
+    for (size_t I = From; I < N; ++I)
+      if (FList[I].NameRef() == AName) return Found(I);
+    for (size_t I = 0; I < From; ++I)
+      if (FList[I].NameRef() == AName) return Found(I);
     AHash = TStrKeyHash::StrHash(AName, false);
     return FindByHash(FList, AName, AHash);
+  }
+
+  int Found(size_t AIndex) const {
+    FHint = AIndex + 1;
+    return int(AIndex);
   }
 
   TList FList;
