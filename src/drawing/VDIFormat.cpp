@@ -169,7 +169,19 @@ static void Fields(QStringView AText, QStringView (&AOut)[N]) {
   }
 }
 
-QString VDPointText(const TKRNVector2d& P) { return VDNumberText(P.X) + u',' + VDNumberText(P.Y); }
+// Points and vertex lists are written straight into one string.
+static void AppendPoint(QString& AOut, const TKRNVector2d& P) {
+  AppendFloatFixed(AOut, P.X, 6);
+  AOut += u',';
+  AppendFloatFixed(AOut, P.Y, 6);
+}
+
+QString VDPointText(const TKRNVector2d& P) {
+  QString R;
+  R.reserve(32);
+  AppendPoint(R, P);
+  return R;
+}
 
 TKRNVector2d VDTextPoint(QStringView AText) {
   QStringView F[2];
@@ -177,7 +189,14 @@ TKRNVector2d VDTextPoint(QStringView AText) {
   return {Field(F[0]), Field(F[1])};
 }
 
-QString VDLineText(const TKRNVector2d& A, const TKRNVector2d& B) { return VDPointText(A) + u',' + VDPointText(B); }
+QString VDLineText(const TKRNVector2d& A, const TKRNVector2d& B) {
+  QString R;
+  R.reserve(64);
+  AppendPoint(R, A);
+  R += u',';
+  AppendPoint(R, B);
+  return R;
+}
 
 void VDTextLine(QStringView AText, TKRNVector2d& A, TKRNVector2d& B) {
   QStringView F[4];
@@ -187,15 +206,26 @@ void VDTextLine(QStringView AText, TKRNVector2d& A, TKRNVector2d& B) {
 }
 
 QString VDVertexText(const TKRNVertex2dList& AList, bool ALineOnly) {
-  QStringList Parts;
+  QString R;
+  R.reserve(qsizetype(AList.Count()) * 40);
+  bool First = true;
   for (int I = 0; I < AList.Count(); ++I) {
     const TKRNVertex2d* V = AList[I];
     const bool Arc = V->VertexType() == vtArc && V->ArcType() != atLine;
     if (ALineOnly && V->VertexType() != vtLine) continue;
-    Parts << VDPointText(V->Point()) + u',' + (Arc ? VDNumberText(V->Radius()) + u',' + QString::number(V->ArcType())
-                                                   : QStringLiteral("0,0"));
+    if (!First) R += u';';
+    First = false;
+    AppendPoint(R, V->Point());
+    if (Arc) {
+      R += u',';
+      AppendFloatFixed(R, V->Radius(), 6);
+      R += u',';
+      R += QString::number(V->ArcType());
+    } else {
+      R += QLatin1StringView(",0,0");
+    }
   }
-  return Parts.join(u';');
+  return R;
 }
 
 void VDTextVertices(QStringView AText, TKRNVertex2dList& AList) {

@@ -458,7 +458,16 @@ QString FormatFloat(const QString& AFormat, double AValue) {
 }
 
 QString FormatFloatFixed(double AValue, int AMaxDecimals) {
-  if (!std::isfinite(AValue)) return FloatToStr(AValue);
+  QString R;
+  AppendFloatFixed(R, AValue, AMaxDecimals);
+  return R;
+}
+
+void AppendFloatFixed(QString& AOut, double AValue, int AMaxDecimals) {
+  if (!std::isfinite(AValue)) {
+    AOut += FloatToStr(AValue);
+    return;
+  }
   // FormatFloat's digits and rounding, laid out without building strings on the way.
   TFloatDigits D = ToDigits(std::fabs(AValue), 17);
   RoundDigits(D, AMaxDecimals);
@@ -481,7 +490,7 @@ QString FormatFloatFixed(double AValue, int AMaxDecimals) {
       for (int I = 0; I < NDig; ++I) Out[L++] = Digits[I];
     }
   }
-  return QString::fromLatin1(Out, L);
+  AOut += QLatin1StringView(Out, L);
 }
 
 bool ReadFileCapped(QIODevice& ADevice, qint64 AMaxBytes, QByteArray& AData, QString& AError) {

@@ -60,6 +60,8 @@ QString FloatToStr(double AValue);
 QString FormatFloat(const QString& AFormat, double AValue);
 // FormatFloat with "0." and AMaxDecimals '#' (1 to 15), made without parsing a format.
 QString FormatFloatFixed(double AValue, int AMaxDecimals);
+// The same text added to AOut.
+void AppendFloatFixed(QString& AOut, double AValue, int AMaxDecimals);
 
 // File names as the system spells them. Bytes that are not UTF-8 (a name made on
 // another system) are kept as the code points U+DC80..U+DCFF, so a name taken from the

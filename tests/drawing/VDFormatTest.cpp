@@ -621,3 +621,26 @@ TEST(TVectorDrawingFile, BlankTextsSurviveTheXmlForm) {
   EXPECT_EQ(Back.Remark(), QStringLiteral("  "));
   EXPECT_EQ(Back.Items(0)->ExtData(), QStringLiteral("\t "));
 }
+
+// The attribute texts of points, lines and vertex lists, digit for digit.
+TEST(VDFormat, PointLineAndVertexTexts) {
+  EXPECT_EQ(VDPointText({1.5, -2}), QStringLiteral("1.5,-2"));
+  EXPECT_EQ(VDPointText({0.0000004, 1e6}), QStringLiteral("0,1000000"));
+  EXPECT_EQ(VDLineText({-0.0000006, 2.0000004}, {1.25, 3}), QStringLiteral("-0.000001,2,1.25,3"));
+  TKRNVertex2dList L;
+  L.AddLinePoint({1.5, -2});
+  L.AddArcPoint({3, 4.25}, atCS, 2.5);
+  L.AddArcPoint({7, 8}, atLine, 9);
+  L.AddLinePoint({0.0000004, 1e6});
+  const struct {
+    bool LineOnly;
+    const char* Text;
+  } Cases[] = {{false, "1.5,-2,0,0;3,4.25,2.5,2;7,8,0,0;0,1000000,0,0"},
+               {true, "1.5,-2,0,0;7,8,0,0;0,1000000,0,0"}};
+  for (const auto& C : Cases) EXPECT_EQ(VDVertexText(L, C.LineOnly), QString::fromLatin1(C.Text)) << C.LineOnly;
+  TKRNVertex2dList Empty;
+  EXPECT_EQ(VDVertexText(Empty, false), QString());
+  TKRNVertex2dList ArcsOnly;
+  ArcsOnly.AddArcPoint({1, 1}, atACL, 1);
+  EXPECT_EQ(VDVertexText(ArcsOnly, true), QString());
+}
