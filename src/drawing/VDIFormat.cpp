@@ -149,7 +149,14 @@ void SetVDTagTable(const QString& AVersion) {
 
 // ---- text forms -------------------------------------------------------------
 
-QString VDNumberText(double AValue) { return FormatFloatFixed(AValue, 6); }
+// Numbers in the XML form keep six decimals at most.
+static void AppendNumber(QString& AOut, double AValue) { AppendFloatFixed(AOut, AValue, 6); }
+
+QString VDNumberText(double AValue) {
+  QString R;
+  AppendNumber(R, AValue);
+  return R;
+}
 
 static double Field(QStringView S) { return StrToFloatDef(S, 0.0); }
 
@@ -171,9 +178,9 @@ static void Fields(QStringView AText, QStringView (&AOut)[N]) {
 
 // Points and vertex lists are written straight into one string.
 static void AppendPoint(QString& AOut, const TKRNVector2d& P) {
-  AppendFloatFixed(AOut, P.X, 6);
+  AppendNumber(AOut, P.X);
   AOut += u',';
-  AppendFloatFixed(AOut, P.Y, 6);
+  AppendNumber(AOut, P.Y);
 }
 
 QString VDPointText(const TKRNVector2d& P) {
@@ -218,9 +225,9 @@ QString VDVertexText(const TKRNVertex2dList& AList, bool ALineOnly) {
     AppendPoint(R, V->Point());
     if (Arc) {
       R += u',';
-      AppendFloatFixed(R, V->Radius(), 6);
+      AppendNumber(R, V->Radius());
       R += u',';
-      R += QString::number(V->ArcType());
+      R += QChar(u'0' + V->ArcType());  // atACS..atCL: one digit
     } else {
       R += QLatin1StringView(",0,0");
     }
