@@ -67,18 +67,22 @@ void TVectorDrawingItem::ReadFromXMLNode(IXMLNode& N) {
   FExtData = N.Text();
 }
 
-void TVectorDrawingItem::WriteToXMLNode(IXMLNode& N) const {
+void TVectorDrawingItem::WriteXMLAttributes(TVDXMLOut& N) const {
   const TVDTags& T = VDTags();
-  N.SetAttr(T.ItemType, qint64(ItemType()));
-  N.SetAttr(T.ID, qint64(FID));
-  N.SetAttr(QStringLiteral("BlockTypeID"), qint64(FBlockTypeID));
-  N.SetAttr(QStringLiteral("BlcokID"), qint64(FBlockID));
-  N.SetAttr(T.LayerID, qint64(FLayer ? FLayer->ID() : 0));
-  N.SetAttr(T.Color, qint64(FColor));
-  N.SetAttr(T.RelationID, qint64(FRelationID));
-  N.SetAttr(T.EnableType, qint64(FEnableType));
-  N.SetAttrFloat(T.CurrentScale, FCurrentScale);
-  if (!FExtData.isEmpty()) N.SetText(FExtData);
+  N.Int(T.ItemType, ItemType());
+  N.Int(T.ID, FID);
+  N.Int(QStringLiteral("BlockTypeID"), FBlockTypeID);
+  N.Int(QStringLiteral("BlcokID"), FBlockID);
+  N.Int(T.LayerID, FLayer ? FLayer->ID() : 0);
+  N.Int(T.Color, FColor);
+  N.Int(T.RelationID, FRelationID);
+  N.Int(T.EnableType, FEnableType);
+  N.Float(T.CurrentScale, FCurrentScale);
+}
+
+void TVectorDrawingItem::WriteToXML(TVDXMLOut& AOut) const {
+  WriteXMLAttributes(AOut);
+  if (!FExtData.isEmpty()) AOut.Text(FExtData);
 }
 
 // ---- points and circles -----------------------------------------------------
@@ -105,12 +109,12 @@ void TVectorPoint::ReadFromXMLNode(IXMLNode& N) {
   FPointStyle = N.AttrAsInteger(T.PointStyle) == 1 ? psCross : psPoint;
 }
 
-void TVectorPoint::WriteToXMLNode(IXMLNode& N) const {
-  TVectorDrawingItem::WriteToXMLNode(N);
+void TVectorPoint::WriteXMLAttributes(TVDXMLOut& N) const {
+  TVectorDrawingItem::WriteXMLAttributes(N);
   const TVDTags& T = VDTags();
-  N.SetAttr(T.InsertPt, VDPointText(FInsertPt));
-  N.SetAttr(T.PointSize, qint64(FSize));
-  N.SetAttr(T.PointStyle, qint64(FPointStyle));
+  N.Point(T.InsertPt, FInsertPt);
+  N.Int(T.PointSize, FSize);
+  N.Int(T.PointStyle, FPointStyle);
 }
 
 void TVectorCircle::ReadFromStream(TVDReader& R) {
@@ -138,13 +142,13 @@ void TVectorCircle::ReadFromXMLNode(IXMLNode& N) {
   FRadius = N.AttrAsFloat(T.Radius);
 }
 
-void TVectorCircle::WriteToXMLNode(IXMLNode& N) const {
-  TVectorDrawingItem::WriteToXMLNode(N);
+void TVectorCircle::WriteXMLAttributes(TVDXMLOut& N) const {
+  TVectorDrawingItem::WriteXMLAttributes(N);
   const TVDTags& T = VDTags();
-  N.SetAttr(T.LineWidth, qint64(FLineWidth));
-  N.SetAttr(T.LineStyle, qint64(FLineStyle));
-  N.SetAttr(T.CenterPt, VDPointText(FCenterPt));
-  N.SetAttrFloat(T.Radius, FRadius);
+  N.Int(T.LineWidth, FLineWidth);
+  N.Int(T.LineStyle, FLineStyle);
+  N.Point(T.CenterPt, FCenterPt);
+  N.Float(T.Radius, FRadius);
 }
 
 // ---- text and comment -------------------------------------------------------
@@ -202,20 +206,20 @@ void TVectorText::ReadFromXMLNode(IXMLNode& N) {
   FInsertPt = VDTextPoint(N.AttrAsView(T.InsertPt));
 }
 
-void TVectorText::WriteToXMLNode(IXMLNode& N) const {
-  TVectorDrawingItem::WriteToXMLNode(N);
+void TVectorText::WriteXMLAttributes(TVDXMLOut& N) const {
+  TVectorDrawingItem::WriteXMLAttributes(N);
   const TVDTags& T = VDTags();
-  N.SetAttr(T.Text, VDEncodeText(FText));
-  N.SetAttrFloat(T.Angle, FAngle);
-  N.SetAttr(T.FontHeight, qint64(FHeight));
-  N.SetAttrFloat(T.FontFloatHeight, FFloatHeight);
-  N.SetAttr(T.FontName, VDEncodeText(FFontName));
-  N.SetAttr(T.FontStyle, qint64(FontStyleByte(FFontStyle)));
-  N.SetAttr(T.BackColor, qint64(FBackColor));
-  N.SetAttrBool(T.Transparent, FTransparent);
-  N.SetAttr(T.HorzAlignment, qint64(FHorzAlignment));
-  N.SetAttr(T.VertAlignment, qint64(FVertAlignment));
-  N.SetAttr(T.InsertPt, VDPointText(FInsertPt));
+  N.Str(T.Text, VDEncodeText(FText));
+  N.Float(T.Angle, FAngle);
+  N.Int(T.FontHeight, FHeight);
+  N.Float(T.FontFloatHeight, FFloatHeight);
+  N.Str(T.FontName, VDEncodeText(FFontName));
+  N.Int(T.FontStyle, FontStyleByte(FFontStyle));
+  N.Int(T.BackColor, FBackColor);
+  N.Bool(T.Transparent, FTransparent);
+  N.Int(T.HorzAlignment, FHorzAlignment);
+  N.Int(T.VertAlignment, FVertAlignment);
+  N.Point(T.InsertPt, FInsertPt);
 }
 
 void TVectorComment::ReadFromXMLNode(IXMLNode& N) {
@@ -227,13 +231,13 @@ void TVectorComment::ReadFromXMLNode(IXMLNode& N) {
   VDTextVertices(N.AttrAsView(QStringLiteral("CommentPoly")), FCommentPoly->List());
 }
 
-void TVectorComment::WriteToXMLNode(IXMLNode& N) const {
-  TVectorDrawingItem::WriteToXMLNode(N);
+void TVectorComment::WriteXMLAttributes(TVDXMLOut& N) const {
+  TVectorDrawingItem::WriteXMLAttributes(N);
   const TVDTags& T = VDTags();
-  N.SetAttr(T.Text, VDEncodeText(FText));
-  N.SetAttr(QStringLiteral("Date"), FDate);
-  N.SetAttr(T.InsertPt, VDPointText(FInsertPt));
-  N.SetAttr(QStringLiteral("CommentPoly"), VDVertexText(FCommentPoly->List(), false));
+  N.Str(T.Text, VDEncodeText(FText));
+  N.Str(QStringLiteral("Date"), FDate);
+  N.Point(T.InsertPt, FInsertPt);
+  N.Vertices(QStringLiteral("CommentPoly"), FCommentPoly->List(), false);
 }
 
 // ---- hatches ----------------------------------------------------------------
@@ -258,11 +262,11 @@ void TVectorHatch::ReadFromXMLNode(IXMLNode& N) {
 }
 
 // Only straight vertices are written: a boundary with arcs loses those vertices here.
-void TVectorHatch::WriteToXMLNode(IXMLNode& N) const {
-  TVectorDrawingItem::WriteToXMLNode(N);
+void TVectorHatch::WriteXMLAttributes(TVDXMLOut& N) const {
+  TVectorDrawingItem::WriteXMLAttributes(N);
   const TVDTags& T = VDTags();
-  N.SetAttr(T.FillStyle, qint64(FFillStyle));
-  N.SetAttr(T.XPoly, VDVertexText(FXPoly->List(), true));
+  N.Int(T.FillStyle, FFillStyle);
+  N.Vertices(T.XPoly, FXPoly->List(), true);
 }
 
 void TVectorHatchM::ReadFromXMLNode(IXMLNode& N) {
@@ -283,13 +287,13 @@ void TVectorHatchM::ReadFromXMLNode(IXMLNode& N) {
   FHatchPatternData = N.AttrAsString(QStringLiteral("HchPattern")).split(u'&', Qt::SkipEmptyParts);
 }
 
-void TVectorHatchM::WriteToXMLNode(IXMLNode& N) const {
-  TVectorDrawingItem::WriteToXMLNode(N);
-  N.SetAttr(QStringLiteral("HchStyle"), qint64(FHatchStyle));
+void TVectorHatchM::WriteXMLAttributes(TVDXMLOut& N) const {
+  TVectorDrawingItem::WriteXMLAttributes(N);
+  N.Int(QStringLiteral("HchStyle"), FHatchStyle);
   QStringList Polys;
   for (int I = 0; I < FXPoly->Count(); ++I) Polys << QString::fromStdString(FXPoly->GetItems(I)->AsString());
-  N.SetAttr(QStringLiteral("HchPoly"), Polys.join(u'&'));
-  N.SetAttr(QStringLiteral("HchPattern"), FHatchPatternData.join(u'&'));
+  N.Str(QStringLiteral("HchPoly"), Polys.join(u'&'));
+  N.Str(QStringLiteral("HchPattern"), FHatchPatternData.join(u'&'));
 }
 
 // ---- lines ------------------------------------------------------------------
@@ -354,16 +358,16 @@ void TVectorLineBase::ReadLineBase(IXMLNode& N) {
   FNextItemID = int(N.AttrAsInteger(T.NextItemID));
 }
 
-void TVectorLineBase::WriteLineBase(IXMLNode& N) const {
+void TVectorLineBase::WriteLineBase(TVDXMLOut& N) const {
   const TVDTags& T = VDTags();
-  N.SetAttr(T.LineWidth, qint64(FLineWidth));
-  N.SetAttr(T.LineStyle, qint64(FLineStyle));
-  N.SetAttr(T.StartMarkStyle, qint64(FStartMarkStyle));
-  N.SetAttr(T.EndMarkStyle, qint64(FEndMarkStyle));
-  N.SetAttr(T.StartMarkSize, qint64(FStartMarkSize));
-  N.SetAttr(T.EndMarkSize, qint64(FEndMarkSize));
-  N.SetAttr(T.PrevItemID, qint64(FPrevItemID));
-  N.SetAttr(T.NextItemID, qint64(FNextItemID));
+  N.Int(T.LineWidth, FLineWidth);
+  N.Int(T.LineStyle, FLineStyle);
+  N.Int(T.StartMarkStyle, FStartMarkStyle);
+  N.Int(T.EndMarkStyle, FEndMarkStyle);
+  N.Int(T.StartMarkSize, FStartMarkSize);
+  N.Int(T.EndMarkSize, FEndMarkSize);
+  N.Int(T.PrevItemID, FPrevItemID);
+  N.Int(T.NextItemID, FNextItemID);
 }
 
 void TVectorLine::ReadFromStream(TVDReader& R) {
@@ -390,10 +394,10 @@ void TVectorLine::ReadFromXMLNode(IXMLNode& N) {
   FXLine->SetEndPt(E);
 }
 
-void TVectorLine::WriteToXMLNode(IXMLNode& N) const {
-  TVectorDrawingItem::WriteToXMLNode(N);
+void TVectorLine::WriteXMLAttributes(TVDXMLOut& N) const {
+  TVectorDrawingItem::WriteXMLAttributes(N);
   WriteLineBase(N);
-  N.SetAttr(VDTags().Line, VDLineText(FXLine->StartPt(), FXLine->EndPt()));
+  N.Line(VDTags().Line, FXLine->StartPt(), FXLine->EndPt());
 }
 
 void TVectorArc::ReadFromStream(TVDReader& R) {
@@ -419,11 +423,11 @@ void TVectorArc::ReadFromXMLNode(IXMLNode& N) {
   Arc().SetRadius(N.AttrAsFloat(T.Radius));
 }
 
-void TVectorArc::WriteToXMLNode(IXMLNode& N) const {
-  TVectorLine::WriteToXMLNode(N);
+void TVectorArc::WriteXMLAttributes(TVDXMLOut& N) const {
+  TVectorLine::WriteXMLAttributes(N);
   const TVDTags& T = VDTags();
-  N.SetAttrFloat(T.Radius, Arc().Radius());
-  N.SetAttr(T.ArcType, qint64(Arc().ArcType()));
+  N.Float(T.Radius, Arc().Radius());
+  N.Int(T.ArcType, Arc().ArcType());
 }
 
 void TVectorPolyline::ReadFromStream(TVDReader& R) {
@@ -446,8 +450,8 @@ void TVectorPolyline::ReadFromXMLNode(IXMLNode& N) {
   RefillEdges();
 }
 
-void TVectorPolyline::WriteToXMLNode(IXMLNode& N) const {
-  TVectorDrawingItem::WriteToXMLNode(N);
+void TVectorPolyline::WriteXMLAttributes(TVDXMLOut& N) const {
+  TVectorDrawingItem::WriteXMLAttributes(N);
   WriteLineBase(N);
-  N.SetAttr(VDTags().Polyline, VDVertexText(FPolyline->List(), false));
+  N.Vertices(VDTags().Polyline, FPolyline->List(), false);
 }

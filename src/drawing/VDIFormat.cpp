@@ -1,5 +1,7 @@
 #include "VDIFormat.h"
 
+#include "SelkaXMLDoc.h"
+
 #include "SelkaStreamUtils.h"
 #include "VectorDrawing.h"
 
@@ -196,12 +198,16 @@ TKRNVector2d VDTextPoint(QStringView AText) {
   return {Field(F[0]), Field(F[1])};
 }
 
+static void AppendLine(QString& AOut, const TKRNVector2d& A, const TKRNVector2d& B) {
+  AppendPoint(AOut, A);
+  AOut += u',';
+  AppendPoint(AOut, B);
+}
+
 QString VDLineText(const TKRNVector2d& A, const TKRNVector2d& B) {
   QString R;
   R.reserve(64);
-  AppendPoint(R, A);
-  R += u',';
-  AppendPoint(R, B);
+  AppendLine(R, A, B);
   return R;
 }
 
@@ -212,9 +218,7 @@ void VDTextLine(QStringView AText, TKRNVector2d& A, TKRNVector2d& B) {
   B = {Field(F[2]), Field(F[3])};
 }
 
-QString VDVertexText(const TKRNVertex2dList& AList, bool ALineOnly) {
-  QString R;
-  R.reserve(qsizetype(AList.Count()) * 40);
+static void AppendVertexText(QString& R, const TKRNVertex2dList& AList, bool ALineOnly) {
   bool First = true;
   for (int I = 0; I < AList.Count(); ++I) {
     const TKRNVertex2d* V = AList[I];
@@ -232,6 +236,12 @@ QString VDVertexText(const TKRNVertex2dList& AList, bool ALineOnly) {
       R += QLatin1StringView(",0,0");
     }
   }
+}
+
+QString VDVertexText(const TKRNVertex2dList& AList, bool ALineOnly) {
+  QString R;
+  R.reserve(qsizetype(AList.Count()) * 40);
+  AppendVertexText(R, AList, ALineOnly);
   return R;
 }
 
@@ -276,3 +286,45 @@ QString VDDecodeText(const QString& AValue, const TVectorDrawing& ADrawing, doub
   for (qsizetype I = 0; I < S.size(); ++I) S[I] = QChar(char16_t(quint8(B[2 * I]) | (quint8(B[2 * I + 1]) << 8)));
   return S;
 }
+
+// ---- item writers -----------------------------------------------------------
+
+void TVDNodeOut::Str(const QString& AName, const QString& AValue) { FNode.SetAttr(AName, AValue); }
+void TVDNodeOut::Int(const QString& AName, qint64 AValue) { FNode.SetAttr(AName, AValue); }
+void TVDNodeOut::Float(const QString& AName, double AValue) { FNode.SetAttrFloat(AName, AValue); }
+void TVDNodeOut::Bool(const QString& AName, bool AValue) { FNode.SetAttrBool(AName, AValue); }
+void TVDNodeOut::Point(const QString& AName, const TKRNVector2d& P) { FNode.SetAttr(AName, VDPointText(P)); }
+void TVDNodeOut::Line(const QString& AName, const TKRNVector2d& A, const TKRNVector2d& B) {
+  FNode.SetAttr(AName, VDLineText(A, B));
+}
+void TVDNodeOut::Vertices(const QString& AName, const TKRNVertex2dList& AList, bool ALineOnly) {
+  FNode.SetAttr(AName, VDVertexText(AList, ALineOnly));
+}
+void TVDNodeOut::Text(const QString& AValue) { FNode.SetText(AValue); }
+
+void TVDTextOut::Str(const QString& AName, const QString& AValue) { FOut.Attr(AName, AValue); }
+void TVDTextOut::Int(const QString& AName, qint64 AValue) {
+  AppendInt(FOut.BeginRawAttr(AName), AValue);
+  FOut.EndRawAttr();
+}
+void TVDTextOut::Float(const QString& AName, double AValue) {
+  AppendFloatToStr(FOut.BeginRawAttr(AName), AValue);
+  FOut.EndRawAttr();
+}
+void TVDTextOut::Bool(const QString& AName, bool AValue) {
+  FOut.BeginRawAttr(AName) += AValue ? QLatin1StringView("True") : QLatin1StringView("False");
+  FOut.EndRawAttr();
+}
+void TVDTextOut::Point(const QString& AName, const TKRNVector2d& P) {
+  AppendPoint(FOut.BeginRawAttr(AName), P);
+  FOut.EndRawAttr();
+}
+void TVDTextOut::Line(const QString& AName, const TKRNVector2d& A, const TKRNVector2d& B) {
+  AppendLine(FOut.BeginRawAttr(AName), A, B);
+  FOut.EndRawAttr();
+}
+void TVDTextOut::Vertices(const QString& AName, const TKRNVertex2dList& AList, bool ALineOnly) {
+  AppendVertexText(FOut.BeginRawAttr(AName), AList, ALineOnly);
+  FOut.EndRawAttr();
+}
+void TVDTextOut::Text(const QString& AValue) { FOut.Text(AValue); }

@@ -12,6 +12,8 @@
 #include <cstring>
 
 class TVectorDrawing;
+class IXMLNode;
+class TXMLElementOut;
 
 class EVDEError : public Exception {
 public:
@@ -131,3 +133,53 @@ void VDTextVertices(QStringView AText, TKRNVertex2dList& AList);
 // Base64 of UTF-16LE on writing; reading by the file version against AThreshold.
 QString VDEncodeText(const QString& AText);
 QString VDDecodeText(const QString& AValue, const TVectorDrawing& ADrawing, double AThreshold);
+
+// An item's XML attributes and text go through this: onto a node (a drawing kept in
+// another document) or straight into the text of a file being written. Attributes
+// first, then at most one Text.
+class TVDXMLOut {
+public:
+  virtual ~TVDXMLOut() = default;
+  virtual void Str(const QString& AName, const QString& AValue) = 0;
+  virtual void Int(const QString& AName, qint64 AValue) = 0;
+  // FloatToStr's text.
+  virtual void Float(const QString& AName, double AValue) = 0;
+  virtual void Bool(const QString& AName, bool AValue) = 0;
+  virtual void Point(const QString& AName, const TKRNVector2d& P) = 0;
+  virtual void Line(const QString& AName, const TKRNVector2d& A, const TKRNVector2d& B) = 0;
+  virtual void Vertices(const QString& AName, const TKRNVertex2dList& AList, bool ALineOnly) = 0;
+  virtual void Text(const QString& AValue) = 0;
+};
+
+class TVDNodeOut final : public TVDXMLOut {
+public:
+  explicit TVDNodeOut(IXMLNode& ANode) : FNode(ANode) {}
+  void Str(const QString& AName, const QString& AValue) override;
+  void Int(const QString& AName, qint64 AValue) override;
+  void Float(const QString& AName, double AValue) override;
+  void Bool(const QString& AName, bool AValue) override;
+  void Point(const QString& AName, const TKRNVector2d& P) override;
+  void Line(const QString& AName, const TKRNVector2d& A, const TKRNVector2d& B) override;
+  void Vertices(const QString& AName, const TKRNVertex2dList& AList, bool ALineOnly) override;
+  void Text(const QString& AValue) override;
+
+private:
+  IXMLNode& FNode;
+};
+
+// The same text as a node written by the document, with no node made.
+class TVDTextOut final : public TVDXMLOut {
+public:
+  explicit TVDTextOut(TXMLElementOut& AOut) : FOut(AOut) {}
+  void Str(const QString& AName, const QString& AValue) override;
+  void Int(const QString& AName, qint64 AValue) override;
+  void Float(const QString& AName, double AValue) override;
+  void Bool(const QString& AName, bool AValue) override;
+  void Point(const QString& AName, const TKRNVector2d& P) override;
+  void Line(const QString& AName, const TKRNVector2d& A, const TKRNVector2d& B) override;
+  void Vertices(const QString& AName, const TKRNVertex2dList& AList, bool ALineOnly) override;
+  void Text(const QString& AValue) override;
+
+private:
+  TXMLElementOut& FOut;
+};

@@ -65,7 +65,7 @@ protected:
   void ReadLineBase(TVDReader& AReader);
   void WriteLineBase(TVDWriter& AWriter) const;
   void ReadLineBase(IXMLNode& ANode);
-  void WriteLineBase(IXMLNode& ANode) const;
+  void WriteLineBase(TVDXMLOut& AOut) const;
   void SetMarkFields(int AWidth, int AStyle, int AStartSize, int AEndSize, TMarkStyle AStartStyle, TMarkStyle AEndStyle);
   // The path without marks, for the short way of drawing.
   virtual void DrawPath(QPainter& AHDC, const TKRNCoordTrans& ACoordTrans, int AStyle, TColor AColor,
@@ -94,7 +94,7 @@ public:
   void ReadFromStream(TVDReader& AReader) override;
   void WriteToStream(TVDWriter& AWriter) const override;
   void ReadFromXMLNode(IXMLNode& ANode) override;
-  void WriteToXMLNode(IXMLNode& ANode) const override;
+  void WriteXMLAttributes(TVDXMLOut& AOut) const override;
   int GetEdgeCount() const override { return 1; }
   const TKRNCustomLine2d* GetEdge(int) const override { return FXLine.get(); }
   int GetGripCount() const override { return 3; }
@@ -134,7 +134,7 @@ public:
   void ReadFromStream(TVDReader& AReader) override;
   void WriteToStream(TVDWriter& AWriter) const override;
   void ReadFromXMLNode(IXMLNode& ANode) override;
-  void WriteToXMLNode(IXMLNode& ANode) const override;
+  void WriteXMLAttributes(TVDXMLOut& AOut) const override;
   void Accept(IVDIVisitor& AVisitor) override;
   void Inspect(IVDIVisitor& AVisitor) override;
   std::unique_ptr<TVDICoordData> CreateCoordData() const override;
@@ -154,7 +154,7 @@ public:
   void ReadFromStream(TVDReader& AReader) override;
   void WriteToStream(TVDWriter& AWriter) const override;
   void ReadFromXMLNode(IXMLNode& ANode) override;
-  void WriteToXMLNode(IXMLNode& ANode) const override;
+  void WriteXMLAttributes(TVDXMLOut& AOut) const override;
   // Vertices - 1, never below 0.
   int GetEdgeCount() const override;
   const TKRNCustomLine2d* GetEdge(int AIndex) const override;

@@ -15,7 +15,7 @@ public:
   void ReadFromStream(TVDReader& AReader) override;
   void WriteToStream(TVDWriter& AWriter) const override;
   void ReadFromXMLNode(IXMLNode& ANode) override;
-  void WriteToXMLNode(IXMLNode& ANode) const override;
+  void WriteXMLAttributes(TVDXMLOut& AOut) const override;
   int DisplayLevel() const override { return 3; }
   void BuildOutRect() override;
   void DrawElastic(QPainter& AHDC, const TKRNCoordTrans& ACoordTrans) override;
@@ -57,7 +57,7 @@ public:
   void ReadFromStream(TVDReader& AReader) override;
   void WriteToStream(TVDWriter& AWriter) const override;
   void ReadFromXMLNode(IXMLNode& ANode) override;
-  void WriteToXMLNode(IXMLNode& ANode) const override;
+  void WriteXMLAttributes(TVDXMLOut& AOut) const override;
   int DisplayLevel() const override { return 1; }
   void BuildOutRect() override;
   void DrawElastic(QPainter& AHDC, const TKRNCoordTrans& ACoordTrans) override;

@@ -18,7 +18,7 @@ public:
   void ReadFromStream(TVDReader& AReader) override;
   void WriteToStream(TVDWriter& AWriter) const override;
   void ReadFromXMLNode(IXMLNode& ANode) override;
-  void WriteToXMLNode(IXMLNode& ANode) const override;
+  void WriteXMLAttributes(TVDXMLOut& AOut) const override;
   int DisplayLevel() const override { return 2; }
   void BuildOutRect() override;
   void DrawElastic(QPainter& AHDC, const TKRNCoordTrans& ACoordTrans) override;
@@ -96,7 +96,7 @@ public:
 
   int ItemType() const override { return itComment; }
   void ReadFromXMLNode(IXMLNode& ANode) override;
-  void WriteToXMLNode(IXMLNode& ANode) const override;
+  void WriteXMLAttributes(TVDXMLOut& AOut) const override;
   int DisplayLevel() const override { return 0; }
   void BuildOutRect() override { FOutRect = FCommentPoly->GetCount() ? FCommentPoly->Box() : TKRNBox2d{}; }
   void DrawElastic(QPainter&, const TKRNCoordTrans&) override {}

@@ -90,19 +90,20 @@ std::vector<TVectorDrawingItem*> TVectorDrawing::ItemsToSave(bool AOnlySelItems)
 
 bool TVectorDrawing::SaveToStream(TStream& AStream, TVDSaveFormat ASaveFormat, bool AOnlySelItems) {
   if (ASaveFormat == sfXML) {
-    // Items are made into nodes one at a time as they are written, not all at once.
+    // Items go straight into the text, never made into nodes.
     const std::unique_ptr<IXMLDocument> Doc = NewXMLDocument();
     IXMLNode* Root = Doc->AddRoot(SMagic);
     SaveXMLHeader(*Root);
     IXMLNode* Items = Root->AddChild(QStringLiteral("DrawingItems"));
     const std::vector<TVectorDrawingItem*> List = ItemsToSave(AOnlySelItems);
-    size_t Next = 0;
+    const QString& ItemTag = VDTags().Item;
     AStream.SetSize(0);
     AStream.SetPosition(0);
-    Doc->SaveToStreamWith(AStream, *Items, [&](IXMLNode& AParent) {
-      if (Next >= List.size()) return false;
-      List[Next++]->WriteToXMLNode(*AParent.AddChild(VDTags().Item));
-      return true;
+    Doc->SaveToStreamWith(AStream, *Items, List.size(), [&](TXMLElementOut& AOut, size_t AIndex) {
+      AOut.Begin(ItemTag);
+      TVDTextOut Out(AOut);
+      List[AIndex]->WriteToXML(Out);
+      AOut.End();
     });
   } else {
     TVDWriter W(AStream);
@@ -126,7 +127,10 @@ bool TVectorDrawing::SaveToStream(TStream& AStream, TVDSaveFormat ASaveFormat, b
 void TVectorDrawing::SaveToXMLNode(IXMLNode& ANode, bool AOnlySelItems) const {
   SaveXMLHeader(ANode);
   IXMLNode* Items = ANode.AddChild(QStringLiteral("DrawingItems"));
-  for (const TVectorDrawingItem* I : ItemsToSave(AOnlySelItems)) I->WriteToXMLNode(*Items->AddChild(VDTags().Item));
+  for (const TVectorDrawingItem* I : ItemsToSave(AOnlySelItems)) {
+    TVDNodeOut Out(*Items->AddChild(VDTags().Item));
+    I->WriteToXML(Out);
+  }
 }
 
 void TVectorDrawing::SaveXMLHeader(IXMLNode& ANode) const {

@@ -18,6 +18,7 @@ class QPainter;
 class TVectorDrawing;
 class TVDReader;
 class TVDWriter;
+class TVDXMLOut;
 class IXMLNode;
 class TLayer;
 class IVDIVisitor;
@@ -149,7 +150,9 @@ public:
   virtual void ReadFromStream(TVDReader& AReader);
   virtual void WriteToStream(TVDWriter& AWriter) const;
   virtual void ReadFromXMLNode(IXMLNode& ANode);
-  virtual void WriteToXMLNode(IXMLNode& ANode) const;
+  virtual void WriteXMLAttributes(TVDXMLOut& AOut) const;
+  // The attributes, then the text (ExtData) of the item's element.
+  void WriteToXML(TVDXMLOut& AOut) const;
   // Read, then rebuild the box.
   void LoadFromStream(TVDReader& AReader);
   void LoadFromXMLNode(IXMLNode& ANode);

@@ -197,10 +197,10 @@ int TXMLNodeList::IndexOf(const QString& AName) const {
 
 // ---- writing ----------------------------------------------------------------
 
-void EscapeInto(QString& Out, const QString& S) {
+void EscapeInto(QString& Out, QStringView S) {
   qsizetype Plain = 0;
   const auto Flush = [&](qsizetype AEnd) {
-    if (AEnd > Plain) Out.append(QStringView(S).mid(Plain, AEnd - Plain));
+    if (AEnd > Plain) Out.append(S.mid(Plain, AEnd - Plain));
   };
   for (qsizetype I = 0; I < S.size(); ++I) {
     QLatin1String Entity;
@@ -229,39 +229,42 @@ QString Escape(const QString& S) {
 
 void AppendPad(QString& Out, int ADepth) { Out.resize(Out.size() + qsizetype(ADepth) * 2, u' '); }
 
-// A parent whose children are made one at a time while it is written.
+void WriteText(QString& Out, QStringView T) {
+  // A text of blanks only would be dropped as layout on the next load: it is
+  // written as character references (a NUL has none and stays as it is).
+  bool Blank = true;
+  for (const QChar C : T)
+    if (C.unicode() > 32) {
+      Blank = false;
+      break;
+    }
+  if (!Blank) {
+    EscapeInto(Out, T);
+    return;
+  }
+  for (const QChar C : T) {
+    if (C.unicode() == 0) {
+      Out.append(C);
+      continue;
+    }
+    Out.append(QLatin1String("&#x"));
+    Out.append(QString::number(C.unicode(), 16).toUpper());
+    Out.append(u';');
+  }
+}
+
+// A parent whose children are written one at a time straight into the text.
 struct TStreamedChildren {
   const IXMLNode* Parent = nullptr;
-  const TXMLChildSource* Next = nullptr;
+  size_t Count = 0;
+  const TXMLChildWriter* Write = nullptr;
 };
 
 void WriteNode(const TXMLNode& N, QString& Out, bool AIndent, int ADepth, const TStreamedChildren& AStream) {
   switch (N.NodeType()) {
-    case ntText: {
-      // A text of blanks only would be dropped as layout on the next load: it is
-      // written as character references (a NUL has none and stays as it is).
-      const QString T = N.Text();
-      bool Blank = true;
-      for (const QChar C : T)
-        if (C.unicode() > 32) {
-          Blank = false;
-          break;
-        }
-      if (!Blank) {
-        EscapeInto(Out, T);
-        return;
-      }
-      for (const QChar C : T) {
-        if (C.unicode() == 0) {
-          Out.append(C);
-          continue;
-        }
-        Out.append(QLatin1String("&#x"));
-        Out.append(QString::number(C.unicode(), 16).toUpper());
-        Out.append(u';');
-      }
+    case ntText:
+      WriteText(Out, N.Text());
       return;
-    }
     case ntCData:
       Out.append(QLatin1String("<![CDATA["));
       Out.append(N.Text());
@@ -275,10 +278,7 @@ void WriteNode(const TXMLNode& N, QString& Out, bool AIndent, int ADepth, const 
       return;
     default: break;
   }
-  auto& Node = const_cast<TXMLNode&>(N);
-  const bool Streamed = AStream.Parent == &N;
-  // The first made child is asked for before the tag is written: an element with none stays "<x/>".
-  bool Pending = Streamed && (*AStream.Next)(Node);
+  const size_t Streamed = AStream.Parent == &N ? AStream.Count : 0;
   if (AIndent) AppendPad(Out, ADepth);
   Out.append(u'<');
   Out.append(N.Name());
@@ -290,15 +290,15 @@ void WriteNode(const TXMLNode& N, QString& Out, bool AIndent, int ADepth, const 
     EscapeInto(Out, A.GetItem(I)->AsString());
     Out.append(u'"');
   }
-  TXMLNodeList& C = Node.Children();
-  if (C.Count() == 0) {
+  const TXMLNodeList& C = N.Children();
+  if (C.Count() == 0 && Streamed == 0) {
     Out.append(QLatin1String("/>"));
     return;
   }
   Out.append(u'>');
   // Indentation goes only where no text is: inside mixed content the breaks would
   // become part of the text when the document is read again.
-  bool HasBlock = false, HasText = false;
+  bool HasBlock = Streamed > 0, HasText = false;
   for (int I = 0; I < C.Count(); ++I) {
     const TXMLNodeType T = C.GetNode(I)->NodeType();
     if (T == ntElement || T == ntComment) HasBlock = true;
@@ -310,12 +310,10 @@ void WriteNode(const TXMLNode& N, QString& Out, bool AIndent, int ADepth, const 
     if (Break && Block) Out.append(u'\n');
     WriteNode(Child, Out, Break && Block, ADepth + 1, AStream);
   };
-  const int Fixed = C.Count() - (Pending ? 1 : 0);
-  for (int I = 0; I < Fixed; ++I) WriteChild(*static_cast<const TXMLNode*>(C.GetNode(I)));
-  while (Pending) {
-    WriteChild(*static_cast<const TXMLNode*>(C.GetNode(C.Count() - 1)));
-    C.DeleteLast();
-    Pending = (*AStream.Next)(Node);
+  for (int I = 0; I < C.Count(); ++I) WriteChild(*static_cast<const TXMLNode*>(C.GetNode(I)));
+  if (Streamed > 0) {
+    TXMLElementOut E(Out, Break, ADepth + 1);
+    for (size_t I = 0; I < Streamed; ++I) (*AStream.Write)(E, I);
   }
   if (Break) {
     Out.append(u'\n');
@@ -594,8 +592,9 @@ public:
     const QByteArray B = SaveToString().toUtf8();
     AStream.WriteBuffer(B.constData(), B.size());
   }
-  void SaveToStreamWith(TStream& AStream, IXMLNode& AParent, const TXMLChildSource& ANext) const override {
-    const QByteArray B = Text({&AParent, &ANext}).toUtf8();
+  void SaveToStreamWith(TStream& AStream, IXMLNode& AParent, size_t ACount,
+                        const TXMLChildWriter& AWrite) const override {
+    const QByteArray B = Text({&AParent, ACount, &AWrite}).toUtf8();
     AStream.WriteBuffer(B.constData(), B.size());
   }
   void SaveToFile(const QString& AFileName) const override {
@@ -637,6 +636,46 @@ private:
 };
 
 }  // namespace
+
+void TXMLElementOut::Begin(const QString& AName) {
+  if (FIndent) {
+    FOut += u'\n';
+    AppendPad(FOut, FDepth);
+  }
+  FOut += u'<';
+  FOut += AName;
+  FName = &AName;
+  FHasText = false;
+}
+
+void TXMLElementOut::Attr(const QString& AName, QStringView AValue) {
+  EscapeInto(BeginRawAttr(AName), AValue);
+  EndRawAttr();
+}
+
+QString& TXMLElementOut::BeginRawAttr(const QString& AName) {
+  FOut += u' ';
+  FOut += AName;
+  FOut += QLatin1StringView("=\"");
+  return FOut;
+}
+
+void TXMLElementOut::Text(QStringView AValue) {
+  if (AValue.isEmpty()) return;
+  FOut += u'>';
+  WriteText(FOut, AValue);
+  FHasText = true;
+}
+
+void TXMLElementOut::End() {
+  if (!FHasText) {
+    FOut += QLatin1StringView("/>");
+    return;
+  }
+  FOut += QLatin1StringView("</");
+  FOut += *FName;
+  FOut += u'>';
+}
 
 bool IXMLNode::HasAttr(const QString& AName) const {
   return const_cast<IXMLNode*>(this)->Attributes().IndexOf(AName) >= 0;

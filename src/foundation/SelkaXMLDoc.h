@@ -101,10 +101,34 @@ public:
 // large documents are then read without holding every node.
 using TXMLElementDone = std::function<bool(IXMLNode& AElement, int ADepth)>;
 
-// Asked, while the document is written, for the next child of a parent: it adds one
-// child to the parent and returns true, or returns false when there are no more. Each
-// child is written and taken out before the next is asked for.
-using TXMLChildSource = std::function<bool(IXMLNode& AParent)>;
+// Writes elements straight into a document's text, laid out as the document lays out
+// its nodes: many elements are written without being held as nodes. Per element:
+// Begin, its attributes, at most one Text, End.
+class TXMLElementOut {
+public:
+  TXMLElementOut(QString& AOut, bool AIndent, int ADepth) : FOut(AOut), FIndent(AIndent), FDepth(ADepth) {}
+  // AName must stay until End.
+  void Begin(const QString& AName);
+  // The value is escaped.
+  void Attr(const QString& AName, QStringView AValue);
+  // ` name="` is written and the text returned for a value that needs no escaping;
+  // EndRawAttr closes it.
+  QString& BeginRawAttr(const QString& AName);
+  void EndRawAttr() { FOut += u'"'; }
+  // An empty text writes nothing.
+  void Text(QStringView AValue);
+  void End();
+
+private:
+  QString& FOut;
+  const bool FIndent;
+  const int FDepth;
+  const QString* FName = nullptr;
+  bool FHasText = false;
+};
+
+// Writes child AIndex of a parent while the document is written.
+using TXMLChildWriter = std::function<void(TXMLElementOut& AOut, size_t AIndex)>;
 
 class IXMLDocument {
 public:
@@ -117,8 +141,9 @@ public:
   virtual void LoadFromFile(const QString& AFileName) = 0;
   virtual void LoadFromString(const QString& AText) = 0;
   virtual void SaveToStream(TStream& AStream) const = 0;
-  // The children AParent holds are written first, then those ANext makes.
-  virtual void SaveToStreamWith(TStream& AStream, IXMLNode& AParent, const TXMLChildSource& ANext) const = 0;
+  // The children AParent holds are written first, then ACount elements by AWrite.
+  virtual void SaveToStreamWith(TStream& AStream, IXMLNode& AParent, size_t ACount,
+                                const TXMLChildWriter& AWrite) const = 0;
   virtual void SaveToFile(const QString& AFileName) const = 0;
   virtual QString SaveToString() const = 0;
   virtual QString Version() const = 0;

@@ -493,6 +493,18 @@ void AppendFloatFixed(QString& AOut, double AValue, int AMaxDecimals) {
   AOut += QLatin1StringView(Out, L);
 }
 
+void AppendFloatToStr(QString& AOut, double AValue) {
+  // Below 1E15 a whole number is written as its digits.
+  if (std::fabs(AValue) < 1e15 && AValue == std::trunc(AValue)) AppendInt(AOut, qint64(AValue));
+  else AOut += FloatToStr(AValue);
+}
+
+void AppendInt(QString& AOut, qint64 AValue) {
+  char Buf[24];
+  const auto R = std::to_chars(Buf, Buf + sizeof Buf, AValue);
+  AOut += QLatin1StringView(Buf, R.ptr - Buf);
+}
+
 bool ReadFileCapped(QIODevice& ADevice, qint64 AMaxBytes, QByteArray& AData, QString& AError) {
   const QString TooLarge = QStringLiteral("文件太大（超过 %1 字节）").arg(AMaxBytes);
   if (!ADevice.isSequential() && ADevice.size() > AMaxBytes) {

@@ -62,6 +62,10 @@ QString FormatFloat(const QString& AFormat, double AValue);
 QString FormatFloatFixed(double AValue, int AMaxDecimals);
 // The same text added to AOut.
 void AppendFloatFixed(QString& AOut, double AValue, int AMaxDecimals);
+// FloatToStr's text added to AOut (whole numbers without a string made on the way).
+void AppendFloatToStr(QString& AOut, double AValue);
+// QString::number's text added to AOut.
+void AppendInt(QString& AOut, qint64 AValue);
 
 // File names as the system spells them. Bytes that are not UTF-8 (a name made on
 // another system) are kept as the code points U+DC80..U+DCFF, so a name taken from the

@@ -591,9 +591,18 @@ TEST(TVectorDrawingFile, ItemsReadDuringTheParseMatchTheTree) {
 
 // The XML form is written item by item; the text is that of the whole tree written at once.
 TEST(TVectorDrawingFile, XmlWrittenItemByItemIsTheWholeTree) {
-  TVectorDrawing Full, Empty;
+  TVectorDrawing Full, Empty, Odd;
   Fill(Full);
-  for (TVectorDrawing* D : {&Full, &Empty}) {
+  // Texts that need escaping or character references, and numbers on both sides of
+  // the whole-number shortcut.
+  Fill(Odd);
+  const QString Texts[] = {QStringLiteral("a<b>&\"c'\r\n"), QStringLiteral(" \t "), QStringLiteral("钢筋")};
+  const double Scales[] = {1e15, 999999999999999.0, -3, 0.1, 1e-7, -0.0, 2.5e20, std::nan(""), -1e300};
+  for (int I = 0; I < Odd.Count(); ++I) {
+    Odd.Items(I)->SetExtData(Texts[I % 3]);
+    Odd.Items(I)->SetCurrentScale(Scales[I % 9]);
+  }
+  for (TVectorDrawing* D : {&Full, &Empty, &Odd}) {
     TBytesStream Streamed;
     D->SaveToStream(Streamed, sfXML);
     const auto Doc = NewXMLDocument();

@@ -201,3 +201,53 @@ TEST(TXMLDocument, ElementsCanBeTakenAsTheyComplete) {
   TBytesStream Broken(Text.left(Text.size() - 4));
   EXPECT_THROW(Doc->LoadFromStreamWith(Broken, [](IXMLNode&, int) { return true; }), EXMLError);
 }
+
+// Elements written straight into the text read as the same nodes written by the
+// document: layout, escaping, texts of blanks, an empty parent.
+TEST(TXMLDocument, ElementsWrittenStraightMatchNodes) {
+  const struct {
+    QString Text;
+    QString Value;
+  } Children[] = {{QString(), QStringLiteral("plain")},
+                  {QStringLiteral("a<b>&\"c'\r\n"), QStringLiteral("q\"uote<")},
+                  {QStringLiteral(" \t "), QString()},
+                  {QStringLiteral("钢筋"), QStringLiteral("x\ny")}};
+  const QString Name = QStringLiteral("I"), Attr = QStringLiteral("v"), Num = QStringLiteral("n");
+  for (const bool Indent : {true, false})
+    for (const int Fixed : {0, 1, 2})  // nothing, an element, a text already in the parent
+      for (const size_t Count : {size_t(0), size_t(4)}) {
+        SCOPED_TRACE(QStringLiteral("%1 %2 %3").arg(Indent).arg(Fixed).arg(Count).toStdString());
+        const auto Make = [&](IXMLDocument& D) {
+          D.SetAutoIndent(Indent);
+          IXMLNode* P = D.AddRoot(QStringLiteral("R"))->AddChild(QStringLiteral("P"));
+          D.Root()->AddChild(QStringLiteral("After"));
+          if (Fixed == 1) P->AddChild(QStringLiteral("F"))->SetAttr(Attr, QStringLiteral("f"));
+          if (Fixed == 2) P->SetText(QStringLiteral("t"));
+          return P;
+        };
+        const auto Nodes = NewXMLDocument();
+        IXMLNode* P = Make(*Nodes);
+        for (size_t I = 0; I < Count; ++I) {
+          IXMLNode* C = P->AddChild(Name);
+          C->SetAttr(Attr, Children[I].Value);
+          C->SetAttr(Num, qint64(I));
+          C->SetText(Children[I].Text);
+        }
+        TBytesStream Whole;
+        Nodes->SaveToStream(Whole);
+
+        const auto Straight = NewXMLDocument();
+        IXMLNode* Q = Make(*Straight);
+        TBytesStream Written;
+        Straight->SaveToStreamWith(Written, *Q, Count, [&](TXMLElementOut& Out, size_t I) {
+          Out.Begin(Name);
+          Out.Attr(Attr, Children[I].Value);
+          Out.BeginRawAttr(Num) += QString::number(I);
+          Out.EndRawAttr();
+          Out.Text(Children[I].Text);
+          Out.End();
+        });
+        EXPECT_EQ(Written.Bytes(), Whole.Bytes());
+        EXPECT_EQ(Q->ChildNodes().Count(), Fixed == 0 ? 0 : 1);
+      }
+}

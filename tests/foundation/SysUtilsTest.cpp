@@ -95,7 +95,9 @@ TEST(SysUtils, FloatToStrGeneralForm) {
                {-2.5, "-2.5"},
                {1.0 / 3, "0.333333333333333"},
                {123456789012345.0, "123456789012345"},
+               {-999999999999999.0, "-999999999999999"},
                {1e15, "1E15"},
+               {-1e15, "-1E15"},
                {1.23456789012345678e17, "1.23456789012346E17"},
                {0.0001, "0.0001"},
                {0.00001, "1E-5"},
@@ -106,6 +108,18 @@ TEST(SysUtils, FloatToStrGeneralForm) {
   for (const auto& C : Cases) {
     SCOPED_TRACE(C.Text);
     EXPECT_EQ(FloatToStr(C.Value), QString::fromUtf8(C.Text));
+    QString Appended = QStringLiteral("x=");
+    AppendFloatToStr(Appended, C.Value);
+    EXPECT_EQ(Appended, QStringLiteral("x=") + QString::fromUtf8(C.Text));
+  }
+}
+
+TEST(SysUtils, AppendIntIsNumber) {
+  for (const qint64 V : {qint64(0), qint64(-1), qint64(42), std::numeric_limits<qint64>::min(),
+                         std::numeric_limits<qint64>::max()}) {
+    QString S = QStringLiteral("n");
+    AppendInt(S, V);
+    EXPECT_EQ(S, QStringLiteral("n") + QString::number(V));
   }
 }
 
