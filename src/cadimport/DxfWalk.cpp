@@ -216,12 +216,18 @@ private:
     return P;
   }
 
+  // Knots that fit the points and the degree, with more points than the degree.
+  static bool HasSplineCurve(const TEnt& E) {
+    const size_t N = E.Pts.size();
+    return E.Ext && N >= 2 && E.Degree >= 1 && size_t(E.Degree) < N && E.Ext->Knots.size() == N + size_t(E.Degree) + 1;
+  }
+
   static std::vector<TVtx> SplinePoints(const TEnt& E) {
     const TEntExtra* X = E.Ext.get();
     const int P = E.Degree;
     const size_t N = E.Pts.size();
-    if (!X || N < 2 || P < 1 || X->Knots.size() != N + size_t(P) + 1) {
-      // no usable knots: the fit points, else the control polygon
+    if (!HasSplineCurve(E)) {
+      // no curve: the fit points, else the control polygon
       if (X && X->Fit.size() >= 2) return X->Fit;
       return E.Pts;
     }
@@ -389,7 +395,7 @@ private:
         PolyOut(LayerName, E.Pts, E.Closed, Xf, Pen, Color);
         break;
       case TKind::Spline:
-        PolyOut(LayerName, SplinePoints(E), E.Closed && !(E.Ext && E.Ext->Knots.size() == E.Pts.size() + size_t(E.Degree) + 1), Xf, Pen, Color);
+        PolyOut(LayerName, SplinePoints(E), E.Closed && !HasSplineCurve(E), Xf, Pen, Color);
         break;
       case TKind::Ellipse: {
         // the minor axis turns the other way under a downward extrusion

@@ -118,6 +118,19 @@ TEST(DxfReaderTest, CurvesBecomePoints) {
   EXPECT_EQ(Ellipse[32], S("(-10,0)"));
 }
 
+// A degree not below the number of control points has no curve: the control polygon.
+TEST(DxfReaderTest, SplineOfTooFewPointsIsItsPolygon) {
+  TDxfFile F;
+  F.Layer("L1", 1);
+  F.Add(G(0, "SPLINE") + G(8, "L1") + G(71, 3) + G(72, 6) + G(73, 2) + G(40, 0.0) + G(40, 0.0) + G(40, 5.0) +
+        G(40, 1.0) + G(40, 1.0) + G(40, 1.0) + G(10, 0.0) + G(20, 0.0) + G(10, 10.0) + G(20, 0.0));
+  TRecorder R;
+  ReadDxf(F.Bytes(), R);
+  const QStringList Items = R.Items();
+  ASSERT_EQ(Items.size(), 1);
+  EXPECT_EQ(Items[0].split(u' ').mid(4), QStringList({S("(0,0)"), S("(10,0)")}));
+}
+
 TEST(DxfReaderTest, BlocksNestScaleRotateMirrorAndRepeat) {
   TDxfFile F;
   F.Layer("L1", 1).Layer("L2", 2);
