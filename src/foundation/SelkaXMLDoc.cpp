@@ -6,6 +6,8 @@
 #include <QStringDecoder>
 #include <QStringEncoder>
 
+#include <array>
+#include <cstring>
 #include <vector>
 
 namespace {
@@ -372,36 +374,69 @@ private:
     FPos = E + AEnd.size();
   }
   static bool IsNameChar(QChar C) {
-    return !(C.unicode() <= 32 || C == u'=' || C == u'/' || C == u'>' || C == u'<' || C == u'"' || C == u'\'');
+    static constexpr auto Ascii = [] {
+      std::array<bool, 128> T{};
+      for (int I = 33; I < 128; ++I) T[size_t(I)] = I != '=' && I != '/' && I != '>' && I != '<' && I != '"' && I != '\'';
+      return T;
+    }();
+    return C.unicode() >= 128 || Ascii[C.unicode()];
   }
   // Names repeat from element to element: each distinct one is made once (up to a
   // bound), with the hash its attribute needs.
+  // Same: the table index of the first name equal to this one ignoring case; Follow:
+  // the index of the name that came after this one last time.
   struct TName {
     QString Text;
     quint32 Hash;
+    size_t Same;
+    size_t Follow;
   };
+  static constexpr size_t KNoIndex = size_t(-1);
   const TName& SharedName() {
     const qsizetype S = FPos;
+    // Names come in the same few orders: the one that followed the last name the
+    // previous time is tried first, straight against the text.
+    if (FNext < FNames.size()) {
+      const QString& T = FNames[FNext].Text;
+      const qsizetype E = S + T.size();
+      if (E <= FData.size() && std::memcmp(FData.constData() + S, T.constData(), size_t(T.size()) * sizeof(QChar)) == 0 &&
+          (E == FData.size() || !IsNameChar(FData[E]))) {
+        FPos = E;
+        return Took(FNext);
+      }
+    }
     while (FPos < FData.size() && IsNameChar(FData[FPos])) ++FPos;
     const QStringView V = QStringView(FData).mid(S, FPos - S);
-    // Elements of one kind repeat their names in one order: the one after the last
-    // name found is tried first.
-    if (FNext < FNames.size() && FNames[FNext].Text == V) return FNames[FNext++];
-    for (size_t I = 0; I < FNames.size(); ++I)
-      if (FNames[I].Text == V) {
-        FNext = I + 1;
-        return FNames[I];
+    for (size_t I = 0; I < FNames.size(); ++I) {
+      const QString& T = FNames[I].Text;
+      if (T.size() == V.size() && std::memcmp(T.constData(), V.data(), size_t(V.size()) * sizeof(QChar)) == 0) {
+        if (FPrev < FNames.size()) FNames[FPrev].Follow = I;
+        return Took(I);
       }
+    }
     QString Text = V.toString();
     const quint32 Hash = TStrKeyHash::StrHash(Text, false);
     if (FNames.size() >= 256) {
-      FSpareName = {std::move(Text), Hash};
+      FSpareName = {std::move(Text), Hash, KNoIndex, KNoIndex};
+      FPrev = FNext = KNoIndex;
       return FSpareName;
     }
-    FNames.push_back({std::move(Text), Hash});
-    FNext = FNames.size();
-    return FNames.back();
+    size_t Same = FNames.size();
+    for (size_t I = 0; I < FNames.size(); ++I)
+      if (FNames[I].Hash == Hash && SameText(FNames[I].Text, Text)) {
+        Same = FNames[I].Same;
+        break;
+      }
+    FNames.push_back({std::move(Text), Hash, Same, KNoIndex});
+    if (FPrev < FNames.size()) FNames[FPrev].Follow = FNames.size() - 1;
+    return Took(FNames.size() - 1);
   }
+  const TName& Took(size_t AIndex) {
+    FPrev = AIndex;
+    FNext = FNames[AIndex].Follow;
+    return FNames[AIndex];
+  }
+
 
   QString Decode(QStringView S) const {
     if (!S.contains(u'&')) return S.toString();
@@ -448,6 +483,10 @@ private:
   // attributes = { blank [name] "=" quote value quote } up to AEnd or ">" or "/>"
   void Attributes(TXMLNode& ANode, QLatin1String AEnd) {
     FTag.clear();
+    // While the names come in rising table order (ignoring case) none can repeat an
+    // earlier one, and the search for a repeat is left out.
+    size_t Last = 0;
+    bool Rising = true;
     for (;;) {
       SkipBlank();
       if (FPos >= FData.size()) Fail(QStringLiteral("unterminated tag"));
@@ -463,15 +502,25 @@ private:
       SkipBlank();
       if (FPos >= FData.size() || (FData[FPos] != u'"' && FData[FPos] != u'\'')) Fail(QStringLiteral("quoted value expected"));
       const QChar Q = FData[FPos++];
-      const qsizetype E = FData.indexOf(Q, FPos);
-      if (E < 0) Fail(QStringLiteral("unterminated attribute value"));
-      const QStringView V = QStringView(FData).mid(FPos, E - FPos);
-      TXMLNodeAttribute A = V.contains(u'&') ? TXMLNodeAttribute(N.Text, N.Hash, Decode(V))
-                                             : TXMLNodeAttribute(N.Text, N.Hash, V);
-      const int Same = TXMLNodeAttributes::FindByHash(FTag, N.Text, N.Hash);
-      if (Same >= 0) FTag[size_t(Same)] = std::move(A);
-      else FTag.push_back(std::move(A));
-      FPos = E + 1;
+      // Values are short: one plain pass finds the closing quote and any entity.
+      const QChar* const Begin = FData.constData() + FPos;
+      const QChar* const End = FData.constData() + FData.size();
+      const QChar* P = Begin;
+      bool Entity = false;
+      for (; P < End && *P != Q; ++P) Entity |= *P == u'&';
+      if (P == End) Fail(QStringLiteral("unterminated attribute value"));
+      const QStringView V(Begin, P - Begin);
+      TXMLNodeAttribute A = Entity ? TXMLNodeAttribute(N.Text, N.Hash, Decode(V)) : TXMLNodeAttribute(N.Text, N.Hash, V);
+      if (Rising && N.Same != KNoIndex && (FTag.empty() || N.Same > Last)) {
+        Last = N.Same;
+        FTag.push_back(std::move(A));
+      } else {
+        Rising = false;
+        const int Same = TXMLNodeAttributes::FindByHash(FTag, N.Text, N.Hash);
+        if (Same >= 0) FTag[size_t(Same)] = std::move(A);
+        else FTag.push_back(std::move(A));
+      }
+      FPos = P - FData.constData() + 1;
     }
   }
 
@@ -546,7 +595,7 @@ private:
   int FDepth = 0;
   std::vector<TName> FNames;
   TXMLNodeAttributes::TList FTag;
-  size_t FNext = 0;
+  size_t FNext = KNoIndex, FPrev = KNoIndex;
   TName FSpareName;
 };
 
