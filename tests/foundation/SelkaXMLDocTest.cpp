@@ -6,6 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <vector>
+
 namespace {
 QString RoundTrip(IXMLDocument& ADoc) {
   const QString Text = ADoc.SaveToString();
@@ -250,4 +253,47 @@ TEST(TXMLDocument, ElementsWrittenStraightMatchNodes) {
         EXPECT_EQ(Written.Bytes(), Whole.Bytes());
         EXPECT_EQ(Q->ChildNodes().Count(), Fixed == 0 ? 0 : 1);
       }
+}
+
+// Names read against those that came before: prefixes of one another, the same name in
+// another case, changing orders and more distinct names than are kept shared.
+TEST(TXMLDocument, AttributeNamesInAnyOrderReadBack) {
+  QStringList Pool = {"a", "ab", "abc", "A", "AB", "b", "ba", "x"};
+  for (int I = 0; I < 300; ++I) Pool << QStringLiteral("n%1").arg(I);
+  quint32 Seed = 12345;
+  const auto Next = [&](int AMax) {
+    Seed = Seed * 1103515245u + 12345u;
+    return int((Seed >> 16) % quint32(AMax));
+  };
+  QString Text = QStringLiteral("<R>");
+  std::vector<std::vector<std::pair<QString, QString>>> Expected;
+  for (int E = 0; E < 400; ++E) {
+    const int Count = Next(9);
+    std::vector<std::pair<QString, QString>> Attrs;
+    Text += QStringLiteral("<E");
+    for (int K = 0; K < Count; ++K) {
+      // mostly the small pool, in a few fixed orders, sometimes anything
+      const QString Name = Next(4) == 0 ? Pool[Next(int(Pool.size()))] : Pool[(E % 3 + K) % 8];
+      const QString Value = QStringLiteral("%1_%2").arg(E).arg(K);
+      Text += QStringLiteral(" %1=\"%2\"").arg(Name, Value);
+      const auto Same = std::find_if(Attrs.begin(), Attrs.end(),
+                                     [&](const auto& P) { return P.first.compare(Name, Qt::CaseInsensitive) == 0; });
+      if (Same != Attrs.end()) *Same = {Name, Value};
+      else Attrs.emplace_back(Name, Value);
+    }
+    Text += QStringLiteral("/>");
+    Expected.push_back(std::move(Attrs));
+  }
+  Text += QStringLiteral("</R>");
+  const auto Doc = NewXMLDocument();
+  Doc->LoadFromString(Text);
+  ASSERT_EQ(Doc->Root()->ChildNodes().Count(), int(Expected.size()));
+  for (int E = 0; E < int(Expected.size()); ++E) {
+    IXMLNodeAttributes& A = Doc->Root()->ChildNodes().GetNode(E)->Attributes();
+    ASSERT_EQ(A.Count(), int(Expected[size_t(E)].size())) << E;
+    for (int K = 0; K < A.Count(); ++K) {
+      EXPECT_EQ(A.GetItem(K)->Name(), Expected[size_t(E)][size_t(K)].first) << E;
+      EXPECT_EQ(A.GetItem(K)->AsString(), Expected[size_t(E)][size_t(K)].second) << E;
+    }
+  }
 }
