@@ -2,6 +2,7 @@
 
 #include "KRNDrawFunc2d.h"
 #include "KRNPositionFunc2d.h"
+#include "SysUtils.h"
 #include "VDEClipBrd.h"
 #include "VDERunCmd.h"
 #include "VDEHatchSearch.h"
@@ -10,10 +11,12 @@
 #include <QClipboard>
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QSettings>
+#include <QTemporaryDir>
 
 #include <cmath>
 
@@ -21,6 +24,38 @@ namespace {
 
 const QString SEditorSetting = QStringLiteral("EditorSetting");
 const QString SAddItemProp = QStringLiteral("AddItemProp");
+
+// QSettings opens its file by a converted name, which loses names that are not UTF-8.
+// It works on a scratch copy instead, and the file itself is read and written under its
+// exact bytes like every other file: links followed, permissions kept, written whole.
+class TSettingsCopy {
+public:
+  explicit TSettingsCopy(const QString& AFileName) : FFileName(AFileName) {
+    if (!FDir.isValid()) return;  // no scratch space: QSettings on the file itself
+    FCopy = FDir.filePath(QStringLiteral("settings.ini"));
+    QString Error;
+    if (FileStatus(AFileName).IsFile && !ReadFileCapped(AFileName, KMaxBytes, FRead, Error)) FRead.clear();
+    QFile F(FCopy);
+    if (F.open(QIODevice::WriteOnly)) F.write(FRead);
+  }
+  QString Path() const { return FCopy.isEmpty() ? FFileName : FCopy; }
+  // After QSettings has synced: the copy goes to the file when it differs from what was read.
+  void WriteBack() const {
+    if (FCopy.isEmpty()) return;
+    QByteArray Data;
+    QString Error;
+    if (!ReadFileCapped(FCopy, KMaxBytes, Data, Error)) return;
+    if (Data == FRead && FileStatus(FFileName).Exists) return;
+    if (!WriteFileAtomically(FFileName, Data, Error))
+      qWarning("%s", qUtf8Printable(QStringLiteral("设置文件 \"%1\" 未能保存：%2").arg(FFileName, Error)));
+  }
+
+private:
+  static constexpr qint64 KMaxBytes = 1 << 20;
+  QString FFileName, FCopy;
+  QTemporaryDir FDir;
+  QByteArray FRead;
+};
 
 bool ReadBool(const QSettings& S, const QString& AKey, bool ADefault) {
   const QString V = S.value(AKey).toString().trimmed();
@@ -72,7 +107,8 @@ TVectorDrawingEditor::~TVectorDrawingEditor() {
 }
 
 void TVectorDrawingEditor::LoadSettings() {
-  QSettings S(FIniFile, QSettings::IniFormat);
+  const TSettingsCopy Copy(FIniFile);
+  QSettings S(Copy.Path(), QSettings::IniFormat);
   S.beginGroup(SEditorSetting);
   FSnapSwitch = ReadBool(S, QStringLiteral("SnapSwitch"), true);
   FGridSwitch = ReadBool(S, QStringLiteral("GridSwitch"), true);
@@ -95,7 +131,8 @@ void TVectorDrawingEditor::LoadSettings() {
 }
 
 void TVectorDrawingEditor::SaveSettings() const {
-  QSettings S(FIniFile, QSettings::IniFormat);
+  const TSettingsCopy Copy(FIniFile);
+  QSettings S(Copy.Path(), QSettings::IniFormat);
   S.beginGroup(SEditorSetting);
   S.setValue(QStringLiteral("SnapSwitch"), FSnapSwitch ? 1 : 0);
   S.setValue(QStringLiteral("GridSwitch"), FGridSwitch ? 1 : 0);
@@ -109,6 +146,7 @@ void TVectorDrawingEditor::SaveSettings() const {
   }
   S.endGroup();
   S.sync();
+  Copy.WriteBack();
 }
 
 // ---- commands ---------------------------------------------------------------

@@ -1,4 +1,5 @@
 #include "DseTestRun.h"
+#include "SysUtils.h"
 #include "VDILine.h"
 #include "VectorDrawing.h"
 
@@ -8,6 +9,15 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
 
 QT_BEGIN_NAMESPACE
 inline void PrintTo(const QString& S, std::ostream* O) { *O << S.toStdString(); }
@@ -299,4 +309,55 @@ TEST(DseDraw, PropsShowsTheGridBesideTheControl) {
   const QImage Shot(Png);
   EXPECT_EQ(Shot.width(), 800 + 242);
   EXPECT_EQ(Shot.height(), 600);
+}
+
+// The settings file is read and written under its exact bytes (a name that is not UTF-8,
+// as the command line hands it over), through a link, keeping its permissions and the
+// keys it holds for others.
+TEST(DseDraw, SettingsFileByItsExactName) {
+  QTemporaryDir Dir;
+  const QByteArray D = QFile::encodeName(Dir.path());
+  const QByteArray Real = D + "/\xc9\xe8\xd6\xc3.ini", Link = D + "/\xc1\xb4.ini";  // GBK 设置, 链
+  const QByteArray Text = "[Other]\nKey=1\n\n[AddItemProp]\nptLineStyle=\xe7\x82\xb9\xe7\xba\xbf\n";  // 点线
+  const auto WriteRaw = [](const QByteArray& APath, const QByteArray& AData) {
+    const int F = ::open(APath.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    ASSERT_GE(F, 0);
+    ASSERT_EQ(::write(F, AData.constData(), size_t(AData.size())), AData.size());
+    ::close(F);
+  };
+  WriteRaw(Real, Text);
+  ASSERT_EQ(::chmod(Real.constData(), 0600), 0);
+  ASSERT_EQ(::symlink("\xc9\xe8\xd6\xc3.ini", Link.constData()), 0);
+  const QString Script = Dir.filePath(QStringLiteral("s.txt"));
+  QFile S(Script);
+  ASSERT_TRUE(S.open(QIODevice::WriteOnly));
+  S.write("set grid-space 20 30\nprint props\n");
+  S.close();
+  const TDseResult R = RunDse({QStringLiteral("draw"), QStringLiteral("--new"), QStringLiteral("-s"), Script,
+                               QStringLiteral("--settings"), DecodeFileName(Link)});
+  ASSERT_EQ(R.Code, 0) << R.Err.toStdString();
+  EXPECT_TRUE(R.Out.contains(QStringLiteral("prop ptLineStyle=点线")));  // read through the link
+
+  struct stat St {};
+  ASSERT_EQ(::lstat(Link.constData(), &St), 0);
+  EXPECT_TRUE(S_ISLNK(St.st_mode));
+  ASSERT_EQ(::stat(Real.constData(), &St), 0);
+  EXPECT_EQ(St.st_mode & 0777, 0600u);
+  QByteArray Back(qsizetype(St.st_size), '\0');
+  const int F = ::open(Real.constData(), O_RDONLY);
+  ASSERT_GE(F, 0);
+  ASSERT_EQ(::read(F, Back.data(), size_t(Back.size())), Back.size());
+  ::close(F);
+  EXPECT_TRUE(Back.contains("[Other]\nKey=1\n"));
+  EXPECT_TRUE(Back.contains("GridXSpace=20"));
+  std::vector<std::string> Names;
+  if (DIR* H = ::opendir(D.constData())) {
+    while (const dirent* E = ::readdir(H))
+      if (E->d_name[0] != '.') Names.emplace_back(E->d_name);
+    ::closedir(H);
+  }
+  std::sort(Names.begin(), Names.end());
+  EXPECT_EQ(Names, (std::vector<std::string>{"s.txt", "\xc1\xb4.ini", "\xc9\xe8\xd6\xc3.ini"}));
+  ::unlink(Link.constData());
+  ::unlink(Real.constData());
 }
