@@ -289,42 +289,41 @@ QString VDDecodeText(const QString& AValue, const TVectorDrawing& ADrawing, doub
 
 // ---- item writers -----------------------------------------------------------
 
+void TVDXMLOut::Int(const QString& AName, qint64 AValue) {
+  AppendInt(BeginRaw(AName), AValue);
+  EndRaw();
+}
+void TVDXMLOut::Float(const QString& AName, double AValue) {
+  AppendFloatToStr(BeginRaw(AName), AValue);
+  EndRaw();
+}
+void TVDXMLOut::Bool(const QString& AName, bool AValue) {
+  BeginRaw(AName) += AValue ? QLatin1StringView("True") : QLatin1StringView("False");
+  EndRaw();
+}
+void TVDXMLOut::Point(const QString& AName, const TKRNVector2d& P) {
+  AppendPoint(BeginRaw(AName), P);
+  EndRaw();
+}
+void TVDXMLOut::Line(const QString& AName, const TKRNVector2d& A, const TKRNVector2d& B) {
+  AppendLine(BeginRaw(AName), A, B);
+  EndRaw();
+}
+void TVDXMLOut::Vertices(const QString& AName, const TKRNVertex2dList& AList, bool ALineOnly) {
+  AppendVertexText(BeginRaw(AName), AList, ALineOnly);
+  EndRaw();
+}
+
 void TVDNodeOut::Str(const QString& AName, const QString& AValue) { FNode.SetAttr(AName, AValue); }
-void TVDNodeOut::Int(const QString& AName, qint64 AValue) { FNode.SetAttr(AName, AValue); }
-void TVDNodeOut::Float(const QString& AName, double AValue) { FNode.SetAttrFloat(AName, AValue); }
-void TVDNodeOut::Bool(const QString& AName, bool AValue) { FNode.SetAttrBool(AName, AValue); }
-void TVDNodeOut::Point(const QString& AName, const TKRNVector2d& P) { FNode.SetAttr(AName, VDPointText(P)); }
-void TVDNodeOut::Line(const QString& AName, const TKRNVector2d& A, const TKRNVector2d& B) {
-  FNode.SetAttr(AName, VDLineText(A, B));
-}
-void TVDNodeOut::Vertices(const QString& AName, const TKRNVertex2dList& AList, bool ALineOnly) {
-  FNode.SetAttr(AName, VDVertexText(AList, ALineOnly));
-}
 void TVDNodeOut::Text(const QString& AValue) { FNode.SetText(AValue); }
+QString& TVDNodeOut::BeginRaw(const QString& AName) {
+  FName = &AName;
+  FValue.clear();
+  return FValue;
+}
+void TVDNodeOut::EndRaw() { FNode.SetAttr(*FName, FValue); }
 
 void TVDTextOut::Str(const QString& AName, const QString& AValue) { FOut.Attr(AName, AValue); }
-void TVDTextOut::Int(const QString& AName, qint64 AValue) {
-  AppendInt(FOut.BeginRawAttr(AName), AValue);
-  FOut.EndRawAttr();
-}
-void TVDTextOut::Float(const QString& AName, double AValue) {
-  AppendFloatToStr(FOut.BeginRawAttr(AName), AValue);
-  FOut.EndRawAttr();
-}
-void TVDTextOut::Bool(const QString& AName, bool AValue) {
-  FOut.BeginRawAttr(AName) += AValue ? QLatin1StringView("True") : QLatin1StringView("False");
-  FOut.EndRawAttr();
-}
-void TVDTextOut::Point(const QString& AName, const TKRNVector2d& P) {
-  AppendPoint(FOut.BeginRawAttr(AName), P);
-  FOut.EndRawAttr();
-}
-void TVDTextOut::Line(const QString& AName, const TKRNVector2d& A, const TKRNVector2d& B) {
-  AppendLine(FOut.BeginRawAttr(AName), A, B);
-  FOut.EndRawAttr();
-}
-void TVDTextOut::Vertices(const QString& AName, const TKRNVertex2dList& AList, bool ALineOnly) {
-  AppendVertexText(FOut.BeginRawAttr(AName), AList, ALineOnly);
-  FOut.EndRawAttr();
-}
 void TVDTextOut::Text(const QString& AValue) { FOut.Text(AValue); }
+QString& TVDTextOut::BeginRaw(const QString& AName) { return FOut.BeginRawAttr(AName); }
+void TVDTextOut::EndRaw() { FOut.EndRawAttr(); }

@@ -141,30 +141,36 @@ class TVDXMLOut {
 public:
   virtual ~TVDXMLOut() = default;
   virtual void Str(const QString& AName, const QString& AValue) = 0;
-  virtual void Int(const QString& AName, qint64 AValue) = 0;
-  // FloatToStr's text.
-  virtual void Float(const QString& AName, double AValue) = 0;
-  virtual void Bool(const QString& AName, bool AValue) = 0;
-  virtual void Point(const QString& AName, const TKRNVector2d& P) = 0;
-  virtual void Line(const QString& AName, const TKRNVector2d& A, const TKRNVector2d& B) = 0;
-  virtual void Vertices(const QString& AName, const TKRNVertex2dList& AList, bool ALineOnly) = 0;
   virtual void Text(const QString& AValue) = 0;
+  void Int(const QString& AName, qint64 AValue);
+  // FloatToStr's text.
+  void Float(const QString& AName, double AValue);
+  void Bool(const QString& AName, bool AValue);
+  void Point(const QString& AName, const TKRNVector2d& P);
+  void Line(const QString& AName, const TKRNVector2d& A, const TKRNVector2d& B);
+  void Vertices(const QString& AName, const TKRNVertex2dList& AList, bool ALineOnly);
+
+protected:
+  // A value that needs no escaping is appended to the text BeginRaw returns; EndRaw
+  // closes the attribute.
+  virtual QString& BeginRaw(const QString& AName) = 0;
+  virtual void EndRaw() = 0;
 };
 
 class TVDNodeOut final : public TVDXMLOut {
 public:
   explicit TVDNodeOut(IXMLNode& ANode) : FNode(ANode) {}
   void Str(const QString& AName, const QString& AValue) override;
-  void Int(const QString& AName, qint64 AValue) override;
-  void Float(const QString& AName, double AValue) override;
-  void Bool(const QString& AName, bool AValue) override;
-  void Point(const QString& AName, const TKRNVector2d& P) override;
-  void Line(const QString& AName, const TKRNVector2d& A, const TKRNVector2d& B) override;
-  void Vertices(const QString& AName, const TKRNVertex2dList& AList, bool ALineOnly) override;
   void Text(const QString& AValue) override;
+
+protected:
+  QString& BeginRaw(const QString& AName) override;
+  void EndRaw() override;
 
 private:
   IXMLNode& FNode;
+  const QString* FName = nullptr;
+  QString FValue;
 };
 
 // The same text as a node written by the document, with no node made.
@@ -172,13 +178,11 @@ class TVDTextOut final : public TVDXMLOut {
 public:
   explicit TVDTextOut(TXMLElementOut& AOut) : FOut(AOut) {}
   void Str(const QString& AName, const QString& AValue) override;
-  void Int(const QString& AName, qint64 AValue) override;
-  void Float(const QString& AName, double AValue) override;
-  void Bool(const QString& AName, bool AValue) override;
-  void Point(const QString& AName, const TKRNVector2d& P) override;
-  void Line(const QString& AName, const TKRNVector2d& A, const TKRNVector2d& B) override;
-  void Vertices(const QString& AName, const TKRNVertex2dList& AList, bool ALineOnly) override;
   void Text(const QString& AValue) override;
+
+protected:
+  QString& BeginRaw(const QString& AName) override;
+  void EndRaw() override;
 
 private:
   TXMLElementOut& FOut;

@@ -34,14 +34,18 @@ public:
     if (!FDir.isValid()) return;  // no scratch space: QSettings on the file itself
     FCopy = FDir.filePath(QStringLiteral("settings.ini"));
     QString Error;
-    if (FileStatus(AFileName).IsFile && !ReadFileCapped(AFileName, KMaxBytes, FRead, Error)) FRead.clear();
+    const TFileStatus St = FileStatus(AFileName);
+    // A file that is there but cannot be read (too large, no permission, not a file)
+    // gives the defaults and is never overwritten.
+    FKeep = St.Exists && (!St.IsFile || !ReadFileCapped(AFileName, KMaxBytes, FRead, Error));
+    if (FKeep) FRead.clear();
     QFile F(FCopy);
     if (F.open(QIODevice::WriteOnly)) F.write(FRead);
   }
   QString Path() const { return FCopy.isEmpty() ? FFileName : FCopy; }
   // After QSettings has synced: the copy goes to the file when it differs from what was read.
   void WriteBack() const {
-    if (FCopy.isEmpty()) return;
+    if (FCopy.isEmpty() || FKeep) return;
     QByteArray Data;
     QString Error;
     if (!ReadFileCapped(FCopy, KMaxBytes, Data, Error)) return;
@@ -55,6 +59,7 @@ private:
   QString FFileName, FCopy;
   QTemporaryDir FDir;
   QByteArray FRead;
+  bool FKeep = false;
 };
 
 bool ReadBool(const QSettings& S, const QString& AKey, bool ADefault) {

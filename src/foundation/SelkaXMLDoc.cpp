@@ -437,7 +437,6 @@ private:
     return FNames[AIndex];
   }
 
-
   QString Decode(QStringView S) const {
     if (!S.contains(u'&')) return S.toString();
     QString R;

@@ -200,6 +200,25 @@ TEST_F(TVectorDrawingEditorTest, SettingsAreWrittenWithEveryDefaultAndReadBack) 
   EXPECT_EQ(Ed.GetAddItemProp().Items(ptLineWidth).Value(), QStringLiteral("0"));
 }
 
+// A settings file that cannot be read (here past the size cap) gives the defaults and
+// is left exactly as it was.
+TEST_F(TVectorDrawingEditorTest, AnUnreadableSettingsFileIsNeverOverwritten) {
+  const QString Ini = Dir.filePath(QStringLiteral("big.ini"));
+  QByteArray Text = "[EditorSetting]\nGridXSpace=25\n[Other]\n";
+  while (Text.size() <= (1 << 20)) Text += "Key=0123456789012345678901234567890123456789\n";
+  QFile F(Ini);
+  ASSERT_TRUE(F.open(QIODevice::WriteOnly));
+  F.write(Text);
+  F.close();
+  {
+    TVectorDrawingEditor Ed(Ini);
+    EXPECT_EQ(Ed.GetGridXSpace(), 10);
+    Ed.SetGridXSpace(30);
+  }
+  ASSERT_TRUE(F.open(QIODevice::ReadOnly));
+  EXPECT_EQ(F.readAll(), Text);
+}
+
 TEST_F(TVectorDrawingEditorTest, GridDotsEveryTenPixelsAndNoneUnderSix) {
   auto Dots = [&]() {
     const QImage& I = E->Image();

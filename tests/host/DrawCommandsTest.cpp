@@ -1,4 +1,5 @@
 #include "DseTestRun.h"
+#include "RawFileNames.h"
 #include "SysUtils.h"
 #include "VDILine.h"
 #include "VectorDrawing.h"
@@ -10,7 +11,6 @@
 
 #include <gtest/gtest.h>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -350,13 +350,7 @@ TEST(DseDraw, SettingsFileByItsExactName) {
   ::close(F);
   EXPECT_TRUE(Back.contains("[Other]\nKey=1\n"));
   EXPECT_TRUE(Back.contains("GridXSpace=20"));
-  std::vector<std::string> Names;
-  if (DIR* H = ::opendir(D.constData())) {
-    while (const dirent* E = ::readdir(H))
-      if (E->d_name[0] != '.') Names.emplace_back(E->d_name);
-    ::closedir(H);
-  }
-  std::sort(Names.begin(), Names.end());
+  const std::vector<std::string> Names = RawFileNames(D);
   EXPECT_EQ(Names, (std::vector<std::string>{"s.txt", "\xc1\xb4.ini", "\xc9\xe8\xd6\xc3.ini"}));
   ::unlink(Link.constData());
   ::unlink(Real.constData());

@@ -1,4 +1,5 @@
 #include "DseTestRun.h"
+#include "RawFileNames.h"
 #include "SysUtils.h"
 #include "VDILine.h"
 #include "VDIText.h"
@@ -242,13 +243,7 @@ TEST(DseLvd, NamesThatAreNotUtf8) {
   std::tie(Code, Err) = Dse({"lvd", "import-cad", Cad, Out});
   EXPECT_EQ(Code, 0) << Err.toStdString();
   // nothing was written under any other name (Qt cannot list or remove these names)
-  std::vector<std::string> Names;
-  if (DIR* H = ::opendir(D.constData())) {
-    while (const dirent* E = ::readdir(H))
-      if (E->d_name[0] != '.') Names.emplace_back(E->d_name);
-    ::closedir(H);
-  }
-  std::sort(Names.begin(), Names.end());
+  const std::vector<std::string> Names = RawFileNames(D);
   const std::vector<std::string> Expected = {"\xb8\xd6\xbd\xee.lvd", "\xca\xe4\xb3\xf6.lvd", "\xcd\xbc\xbf\xe2.db",
                                              "\xcd\xbc\xd6\xbd.dxf", "\xcd\xbc\xd6\xbd.png"};
   EXPECT_EQ(Names, Expected);
