@@ -1,7 +1,8 @@
 #pragma once
-// Items by ID: one flat table with open addressing, so indexing a loaded drawing makes no
-// allocation per item. IDs come from files and may be anything, so they are spread by a
-// multiplicative hash rather than used as slots, which crafted IDs could crowd.
+// Items by ID with no allocation per item. IDs from 0 up to a few times the number of
+// items (the usual case) index a plain array; any other ID goes to a flat table with open
+// addressing, spread by a multiplicative hash so that crafted IDs cannot crowd it. The
+// array grows only while it stays that dense.
 
 #include <cstddef>
 #include <cstdint>
@@ -12,6 +13,7 @@ class TVectorDrawingItem;
 class TItemIDMap {
 public:
   TVectorDrawingItem* Find(int AKey) const {
+    if (size_t(unsigned(AKey)) < FDense.size()) return FDense[size_t(AKey)];
     if (FSlots.empty()) return nullptr;
     for (size_t I = Home(AKey);; I = (I + 1) & Mask()) {
       const TSlot& S = FSlots[I];
@@ -25,12 +27,14 @@ public:
   void Add(int AKey, TVectorDrawingItem* AValue) { Place(AKey, AValue); }
   void Erase(int AKey);
   void Clear() {
+    FDense.clear();
+    FDense.shrink_to_fit();
     FSlots.clear();
     FSlots.shrink_to_fit();
-    FCount = 0;
+    FCount = FHashCount = 0;
     FShift = 64;
   }
-  // Room for ACount keys without growing.
+  // Room for ACount keys without growing: dense ones always, others once some are held.
   void Reserve(size_t ACount);
   size_t Size() const { return FCount; }
 
@@ -49,9 +53,13 @@ private:
   }
   // The value slot of AKey, made with AValue when the key was missing.
   TVectorDrawingItem** Place(int AKey, TVectorDrawingItem* AValue);
+  TVectorDrawingItem** PlaceHashed(int AKey, TVectorDrawingItem* AValue);
+  // Extends the array to ASize entries and moves the table's keys below it there.
+  void GrowDense(size_t ASize);
   void Rehash(size_t ASlots);
 
+  std::vector<TVectorDrawingItem*> FDense;  // null: no item under that ID
   std::vector<TSlot> FSlots;
-  size_t FCount = 0;
+  size_t FCount = 0, FHashCount = 0;
   unsigned FShift = 64;  // 64 - log2(slot count / 8)
 };

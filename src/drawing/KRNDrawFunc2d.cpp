@@ -341,7 +341,11 @@ TMeasureCache& MeasureCache() {
 
 TMeasuredFont& ReferenceFont(const QString& AFontName, int AFontStyle) {
   TMeasureCache& C = MeasureCache();
-  if (C.Last && C.LastStyle == AFontStyle && C.LastName == AFontName) return *C.Last;
+  // Loaded texts share one font name string, so the text's address decides most calls.
+  if (C.Last && C.LastStyle == AFontStyle &&
+      ((C.LastName.constData() == AFontName.constData() && C.LastName.size() == AFontName.size()) ||
+       C.LastName == AFontName))
+    return *C.Last;
   const QString Key = AFontName + QLatin1Char(';') + QString::number(AFontStyle);
   auto It = C.Fonts.find(Key);
   if (It == C.Fonts.end()) {

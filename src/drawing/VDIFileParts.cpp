@@ -32,9 +32,9 @@ void TVectorDrawingItem::ReadFromStream(TVDReader& R) {
     FBlockID = R.I32();
   }
   const qint32 Layer = R.I32();
-  FLayer = FOwner ? FOwner->Layers().GetItemByID(Layer) : nullptr;
+  FLayer = FOwner == &R.Drawing() ? R.Layer(Layer) : FOwner ? FOwner->Layers().GetItemByID(Layer) : nullptr;
   FColor = R.U32();
-  if (R.Version() != QLatin1String("1.0")) FExtData = R.Str(4);
+  if (R.ItemsHaveExtData()) FExtData = R.Str(4);
   FRelationID = V >= 1.6 ? R.I32() : -1;
   if (V > 1.7) FEnableType = R.I32();
   if (V > 1.9) FCurrentScale = R.F64();
@@ -164,11 +164,11 @@ void TVectorText::ReadFromStream(TVDReader& R) {
   FInsertPt = R.Point();
   FHorzAlignment = THorzAlignment(std::min<int>(R.U8(), haCenter));
   FVertAlignment = TVertAlignment(std::min<int>(R.U8(), vaCenter));
-  FFontName = R.Str(1);
+  FFontName = R.SharedStr(1);
   FFontStyle = R.U8() & 3;
   FTransparent = R.U8() != 0;
   FBackColor = R.U32();
-  FFloatHeight = R.CompareVersion(2.2) != -1 ? R.F32() : 0;
+  FFloatHeight = R.TextsHaveFloatHeight() ? R.F32() : 0;
 }
 
 void TVectorText::WriteToStream(TVDWriter& W) const {
@@ -303,7 +303,7 @@ static TMarkStyle MarkStyleOf(int AValue) { return AValue >= msNone && AValue <=
 void TVectorLineBase::ReadLineBase(TVDReader& R) {
   FLineWidth = R.I16();
   FLineStyle = R.U8();
-  if (IsOldLongTagVersion(R.Version())) {
+  if (R.OldLongTags()) {
     // MarkPos, one size for both ends, MarkStyle + 1 for each end that has a mark
     const quint8 Pos = R.U8();
     const qint16 Size = R.I16();

@@ -22,6 +22,26 @@ TVDReader::TVDReader(TStream& AStream, const TVectorDrawing& ADrawing) : FStream
     FSize = B->Bytes().size();
     FPos = AStream.GetPosition();
   }
+  VersionRead();
+}
+
+void TVDReader::VersionRead() {
+  FVersionNumber = FDrawing.ConvertedVersion();
+  FItemsHaveExtData = FDrawing.Version() != QLatin1String("1.0");
+  FOldLongTags = IsOldLongTagVersion(FDrawing.Version());
+  FTextsHaveFloatHeight = FDrawing.CompareVersion(2.2) != -1;
+  FUtf8Strings = FDrawing.CompareVersion(1.9) != -1;
+  FLastLayer = nullptr;
+  FHasShared = false;
+}
+
+TLayer* TVDReader::Layer(int AID) {
+  if (!FLastLayer || FLastLayerID != AID) {
+    FLastLayer = FDrawing.Layers().GetItemByID(AID);
+    FLastLayerID = AID;
+    if (!FLastLayer) return nullptr;
+  }
+  return FLastLayer;
 }
 
 TVDReader::~TVDReader() {
@@ -67,14 +87,26 @@ QString TVDReader::Utf8Str(int ALenSize) {
   return QString::fromUtf8(Bytes(ALenSize));
 }
 
+QString TVDReader::SharedStr(int ALenSize) {
+  if (!FData) return Str(ALenSize);
+  quint32 Len = 0;
+  Read(&Len, ALenSize);
+  if (qint64(Len) > FSize - FPos) throw EVDEError(SVDInvalidStream);
+  const QByteArrayView B(FData + FPos, qsizetype(Len));
+  if (!FHasShared || B != FSharedBytes) {
+    FShared = !FUtf8Strings ? QStringDecoder("GBK")(B) : Len == 0 ? QString() : QString::fromUtf8(B);
+    FSharedBytes = B.toByteArray();
+    FHasShared = true;
+  }
+  FPos += Len;
+  return FShared;
+}
+
 QString TVDReader::Str(int ALenSize) {
-  if (CompareVersion(1.9) != -1) return Utf8Str(ALenSize);
+  if (FUtf8Strings) return Utf8Str(ALenSize);
   return QStringDecoder("GBK")(Bytes(ALenSize));
 }
 
-const QString& TVDReader::Version() const { return FDrawing.Version(); }
-double TVDReader::VersionNumber() const { return FDrawing.ConvertedVersion(); }
-int TVDReader::CompareVersion(double AVersion) const { return FDrawing.CompareVersion(AVersion); }
 
 void TVDReader::VertexList(TKRNVertex2dList& AList) {
   AList.Clear();

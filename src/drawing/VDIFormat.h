@@ -12,6 +12,7 @@
 #include <cstring>
 
 class TVectorDrawing;
+class TLayer;
 class IXMLNode;
 class TXMLElementOut;
 
@@ -49,6 +50,9 @@ public:
   QString Str(int ALenSize);
   // Always UTF-8 (header strings, layer names).
   QString Utf8Str(int ALenSize);
+  // Str for a string that repeats from item to item (a font name): the same bytes as last
+  // time give the same string again, sharing its text.
+  QString SharedStr(int ALenSize);
   qint64 Remaining() const;
   // Guards a count of records of at least AMinSize bytes each.
   void CheckCount(qint64 ACount, int AMinSize);
@@ -56,11 +60,18 @@ public:
   void VertexList(TKRNVertex2dList& AList);
 
   const TVectorDrawing& Drawing() const { return FDrawing; }
+  // Takes the facts below from the drawing's version, once it holds the stream's.
+  void VersionRead();
   // StrToFloat of the version string, compared plainly.
-  double VersionNumber() const;
-  // CompareVersion with tolerance 0.001.
-  int CompareVersion(double AVersion) const;
-  const QString& Version() const;
+  double VersionNumber() const { return FVersionNumber; }
+  // Items carry ExtData in every version but "1.0".
+  bool ItemsHaveExtData() const { return FItemsHaveExtData; }
+  // "1.0" and "1.1": one mark size and a mark position instead of two marks.
+  bool OldLongTags() const { return FOldLongTags; }
+  // From 2.2 on (tolerance 0.001), texts carry a float height.
+  bool TextsHaveFloatHeight() const { return FTextsHaveFloatHeight; }
+  // The drawing's layer of that ID, or null; the layers do not change while items are read.
+  TLayer* Layer(int AID);
 
 private:
   template <class T>
@@ -77,6 +88,13 @@ private:
   QByteArray Bytes(int ALenSize);
   TStream& FStream;
   const TVectorDrawing& FDrawing;
+  double FVersionNumber = 0;
+  bool FItemsHaveExtData = true, FOldLongTags = false, FTextsHaveFloatHeight = false, FUtf8Strings = false;
+  QByteArray FSharedBytes;
+  QString FShared;
+  bool FHasShared = false;
+  int FLastLayerID = 0;
+  TLayer* FLastLayer = nullptr;
   // Set when the stream holds its bytes in memory: reads then copy from there directly.
   const char* FData = nullptr;
   qint64 FSize = 0, FPos = 0;

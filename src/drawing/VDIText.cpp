@@ -52,7 +52,7 @@ void TVectorText::BuildOutRect() {
   }
   if (W == 0) W = 24.0;
   if (H == 0) H = 12.0;
-  const int Lines = int(FText.count(QStringLiteral("\r\n"))) + 1;
+  const int Lines = FText.contains(u'\r') ? int(FText.count(QStringLiteral("\r\n"))) + 1 : 1;
   FCorners = TKRNDrawFunc2d::GetDrawTextCorners(FInsertPt, FAngle, W, H, Lines, FHorzAlignment, FVertAlignment);
   FHasCorners = true;
   FOutRect = BoxOfPoints(FCorners[0], FCorners[1]);

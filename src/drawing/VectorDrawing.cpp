@@ -242,6 +242,8 @@ void TVectorDrawing::RecalcMaxID() {
   FMaxID = After(M);
 }
 
+void TVectorDrawing::SetMaxIDAbove(int ALargestID) { FMaxID = After(ALargestID); }
+
 int TVectorDrawing::Add(std::unique_ptr<TVectorDrawingItem> AItem) {
   return Insert(Count(), std::move(AItem));
 }

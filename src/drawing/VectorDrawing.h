@@ -156,6 +156,8 @@ public:
   void SetMaxID(int AValue) { FMaxID = AValue; }
   // 1 + the largest item ID, 0 without items.
   void RecalcMaxID();
+  // The same, from the largest ID a loader saw (-1 without items).
+  void SetMaxIDAbove(int ALargestID);
 
   void BeginUpdate() { ++FUpdateCount; }
   void EndUpdate();

@@ -1,10 +1,12 @@
 // The drawing's file forms: binary (the clipboard payload too) and XML.
+#include "KRNArena.h"
 #include "SelkaXMLDoc.h"
 #include "VDIFormat.h"
 #include "VectorDrawing.h"
 
 #include <QFile>
 
+#include <algorithm>
 #include <exception>
 #include <optional>
 
@@ -18,10 +20,13 @@ struct TVersionScope {
   TVersionScope(const TVersionScope&) = delete;
   TVersionScope& operator=(const TVersionScope&) = delete;
   TVectorDrawing& D;
+  // Set by a loader that saw every item's ID; otherwise the items are walked.
+  std::optional<int> LargestID;
   ~TVersionScope() {
     D.SetVersion(QString::fromLatin1(TVectorDrawing::CurrentVersion));
     SetVDTagTable(D.Version());
-    D.RecalcMaxID();
+    if (LargestID) D.SetMaxIDAbove(*LargestID);
+    else D.RecalcMaxID();
     D.SetChangeCount(0);
     D.EndUpdate();
   }
@@ -194,6 +199,7 @@ bool TVectorDrawing::LoadFromStream(TStream& AStream, TVDSaveFormat& ASaveFormat
 
 void TVectorDrawing::LoadBinary(TStream& AStream) {
   Initialize(false);
+  const TKRNArenaScope Arena;
   BeginUpdate();
   TVersionScope Scope(*this);
   TVDReader R(AStream, *this);
@@ -202,6 +208,7 @@ void TVectorDrawing::LoadBinary(TStream& AStream) {
   R.Read(Magic.data(), 22);
   if (QString::fromLatin1(Magic).compare(SMagic, Qt::CaseInsensitive) != 0) throw EVDEError(SVDInvalidStream);
   SetVersion(R.Utf8Str(1));
+  R.VersionRead();
   FBackColor = R.U32();
   FDrawingWidth = R.I32();
   FDrawingHeight = R.I32();
@@ -215,13 +222,16 @@ void TVectorDrawing::LoadBinary(TStream& AStream) {
   // the count was checked against the bytes left, so it cannot ask for more than they hold
   FList.reserve(size_t(N));
   FIDIndex.Reserve(size_t(N));
+  int Largest = -1;
   for (qint32 I = 0; I < N; ++I) {
     const TVDIClassInfo* Info = FindVDIClass(R.U8());
     if (!Info) throw EVDEError(SVDInvalidStream);
     std::unique_ptr<TVectorDrawingItem> Item(Info->Create(this));
     Item->LoadFromStream(R);
+    Largest = std::max(Largest, Item->ID());
     AppendRaw(Item.release());
   }
+  Scope.LargestID = Largest;
 }
 
 void TVectorDrawing::LoadXMLHeader(IXMLNode& ARoot) {

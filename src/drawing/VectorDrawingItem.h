@@ -111,7 +111,7 @@ public:
   std::unique_ptr<TKRNPolygon2d> FXPoly;
 };
 
-class TVectorDrawingItem {
+class TVectorDrawingItem : public TKRNArenaObject {
 public:
   explicit TVectorDrawingItem(TVectorDrawing* AOwner);
   TVectorDrawingItem(TVectorDrawing* AOwner, int AID, TColor AColor);

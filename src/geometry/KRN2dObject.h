@@ -2,11 +2,13 @@
 // Root of the objects the pool recycles, and the owning pointer that hands them
 // back to the pool instead of deleting them.
 
+#include "KRNArena.h"
+
 #include <memory>
 
 enum TKRN2dObjectType { otNone = -1, otEdge2d = 0, otLineVertex2d = 1, otLine2d = 2 };
 
-class TKRN2dObject {
+class TKRN2dObject : public TKRNArenaObject {
 public:
   virtual ~TKRN2dObject() = default;
   // The pool class this object belongs to; otNone for classes the pool does not keep.

@@ -3,6 +3,7 @@
 #include "KRN2dObjectPool.h"
 
 #include <algorithm>
+#include <cmath>
 
 // ---- straight behaviour -----------------------------------------------------
 
@@ -169,25 +170,61 @@ TKRNVector2d TKRNArc2d::ArcMiddlePoint(const TKRNVector2d& S, const TKRNVector2d
   return VectorAdd(C, VectorRotate(VectorSub(S, C), ArcTypeIsClockwise(T) ? -Half : Half));
 }
 
+namespace {
+// The extremes of the circle whose direction lies inside the sweep from A to B, given as
+// angles or as any measure that rises with the angle (Q1, Q2, Q3: that measure of one,
+// two and three quarter turns).
+void ExtendToSweep(TKRNBox2d& B, const TKRNVector2d& C, double R, double A, double Bn, double Q1, double Q2,
+                   double Q3) {
+  if (Bn > A) {
+    if (A < Q1 && Q1 < Bn) B.MaxY() = C.Y + R;
+    if (A < Q2 && Q2 < Bn) B.MinX() = C.X - R;
+    if (A < Q3 && Q3 < Bn) B.MinY() = C.Y - R;
+  } else {
+    B.MaxX() = C.X + R;
+    if (Q1 > A || Q1 < Bn) B.MaxY() = C.Y + R;
+    if (Q2 > A || Q2 < Bn) B.MinX() = C.X - R;
+    if (Q3 > A || Q3 < Bn) B.MinY() = C.Y - R;
+  }
+}
+
+// A measure of the direction of a nonzero V that rises with its angle, without
+// trigonometry: 0 along +X, 1 along +Y, 2 along -X, 3 along -Y, exact on the axes.
+double DiamondAngle(const TKRNVector2d& V) {
+  if (V.Y >= 0) return V.X >= 0 ? V.Y / (V.X + V.Y) : 1 - V.X / (V.Y - V.X);
+  return V.X < 0 ? 2 - V.Y / (-V.X - V.Y) : 3 + V.X / (V.X - V.Y);
+}
+
+// Where rounding could decide otherwise than on the angles.
+constexpr double DiamondHair = 1e-9;
+
+// NormalizeAngle with KRNEpsilon on that measure: the directions of the last KRNEpsilon
+// of a turn come before zero. False for a direction that is not one or lies within a
+// hair of a quarter turn or of that band's edge.
+bool NormalizedDiamondAngle(const TKRNVector2d& V, double& AResult) {
+  if (!std::isfinite(V.X) || !std::isfinite(V.Y) || (V.X == 0 && V.Y == 0)) return false;
+  static const double Band = DiamondAngle({std::cos(KRNEpsilon), -std::sin(KRNEpsilon)});
+  const double D = DiamondAngle(V);
+  for (const double Tie : {1.0, 2.0, 3.0, Band})
+    if (std::fabs(D - Tie) < DiamondHair) return false;
+  AResult = D >= Band ? D - 4 : D;
+  return true;
+}
+}  // namespace
+
 TKRNBox2d TKRNArc2d::ArcBox(const TKRNVector2d& S, const TKRNVector2d& E, double R, TKRNArcType T) {
   TKRNBox2d B = BoxOfPoints(S, E);
   if (T == atLine) return B;
   const TKRNVector2d C = ArcCenterPt(S, E, R, T);
-  double A = VectorAngle(VectorSub(S, C));
-  double Bn = VectorAngle(VectorSub(E, C));
-  if (ArcTypeIsClockwise(T)) std::swap(A, Bn);
-  A = NormalizeAngle(A, KRNEpsilon);
-  Bn = NormalizeAngle(Bn, KRNEpsilon);
-  if (Bn > A) {
-    if (A < KRNHalfPi && KRNHalfPi < Bn) B.MaxY() = C.Y + R;
-    if (A < KRNPi && KRNPi < Bn) B.MinX() = C.X - R;
-    if (A < KRNThreeHalfPi && KRNThreeHalfPi < Bn) B.MinY() = C.Y - R;
-  } else {
-    B.MaxX() = C.X + R;
-    if (KRNHalfPi > A || KRNHalfPi < Bn) B.MaxY() = C.Y + R;
-    if (KRNPi > A || KRNPi < Bn) B.MinX() = C.X - R;
-    if (KRNThreeHalfPi > A || KRNThreeHalfPi < Bn) B.MinY() = C.Y - R;
-  }
+  TKRNVector2d U = VectorSub(S, C), V = VectorSub(E, C);
+  if (ArcTypeIsClockwise(T)) std::swap(U, V);
+  // The same decisions as on the angles without two arc tangents, except near a tie.
+  double A, Bn;
+  if (NormalizedDiamondAngle(U, A) && NormalizedDiamondAngle(V, Bn) && std::fabs(A - Bn) >= DiamondHair)
+    ExtendToSweep(B, C, R, A, Bn, 1, 2, 3);
+  else
+    ExtendToSweep(B, C, R, NormalizeAngle(VectorAngle(U), KRNEpsilon), NormalizeAngle(VectorAngle(V), KRNEpsilon),
+                  KRNHalfPi, KRNPi, KRNThreeHalfPi);
   return B;
 }
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-class TKRNCustomPolygon2d {
+class TKRNCustomPolygon2d : public TKRNArenaObject {
 public:
   virtual ~TKRNCustomPolygon2d() = default;
   TKRNCustomPolygon2d() = default;

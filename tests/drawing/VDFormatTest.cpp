@@ -1,5 +1,7 @@
 #include "DrawingTestUtils.h"
 
+#include "KRNArena.h"
+
 #include <QTemporaryDir>
 #include "SelkaXMLDoc.h"
 #include "VDEClipBrd.h"
@@ -528,6 +530,49 @@ TEST(TVectorDrawingFile, AFailedLoadLeavesTheDrawingAsItWas) {
     EXPECT_EQ(D.ChangeCount(), Changes);
     EXPECT_EQ(D.MaxID(), MaxID);
   }
+}
+
+// Font names repeat from text to text and are read once for each run of the same bytes.
+TEST(TVectorDrawingFile, FontNamesOfManyTextsReadBack) {
+  const QString Fonts[] = {QStringLiteral("宋体"), QStringLiteral("宋体"), QStringLiteral("黑体"), QString(),
+                           QStringLiteral("宋体"), QStringLiteral("Arial"), QStringLiteral("Arial")};
+  TVectorDrawing Source;
+  for (const QString& F : Fonts)
+    Source.Add(std::unique_ptr<TVectorDrawingItem>(new TVectorText(&Source, 0, 0, QStringLiteral("L"), {0, 0}, 0, F, 3,
+                                                                   0, haLeftJustify, vaBottomJustify, true, 0, {})));
+  TVectorDrawing D;
+  Reload(Source, D, sfBin);
+  ASSERT_EQ(D.Count(), int(std::size(Fonts)));
+  for (int I = 0; I < D.Count(); ++I)
+    EXPECT_EQ(static_cast<TVectorText*>(D.Items(I))->FontName(), Fonts[I]) << I;
+}
+
+// Loaded items sit side by side in shared blocks, yet each lives on its own: one taken out
+// outlives its drawing, others are deleted one by one or go with the drawing, and no
+// block stays behind.
+TEST(TVectorDrawingFile, ALoadedItemOutlivesItsDrawing) {
+  TVectorDrawing Source;
+  Fill(Source);
+  const std::size_t Before = KRNArenaBlockCount();
+  std::unique_ptr<TVectorDrawingItem> Kept;
+  {
+    TVectorDrawing D;
+    Reload(Source, D, sfBin);
+    for (int I = 0; I < D.Count() && !Kept; ++I)
+      if (D.Items(I)->ItemType() == itHatch) Kept = D.Extract(I);
+    D.Delete(0);
+    D.Items(0)->Clone(&D);
+  }
+  ASSERT_TRUE(Kept);
+  const auto& H = static_cast<const TVectorHatch&>(*Kept);
+  ASSERT_EQ(H.XPoly().GetCount(), 3);
+  EXPECT_EQ(H.XPoly().List().Points(1).X, 10);
+  EXPECT_EQ(H.OutRect().MaxX(), ItemOf<TVectorHatch>(Source, itHatch)->OutRect().MaxX());
+#ifndef __SANITIZE_ADDRESS__
+  EXPECT_GT(KRNArenaBlockCount(), Before);
+#endif
+  Kept.reset();
+  EXPECT_EQ(KRNArenaBlockCount(), Before);
 }
 
 // Items are read while the text is parsed when the layers come first; every other

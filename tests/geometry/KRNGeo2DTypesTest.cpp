@@ -3,6 +3,9 @@
 #include "KRNGeo2DTypes.h"
 #include "KRNPolygon2d.h"
 
+#include <cmath>
+#include <random>
+
 
 TEST(KRNArc2d, Validity) {
   const struct {
@@ -81,6 +84,55 @@ TEST(KRNArc2d, BoxTakesTheExtremesInsideTheSweep) {
     EXPECT_NEAR(B.MaxX(), C.Box.MaxX(), 1e-12);
     EXPECT_NEAR(B.MaxY(), C.Box.MaxY(), 1e-12);
   }
+}
+
+// The box by the rule on angles: the end angles about the centre (swapped when clockwise)
+// through NormalizeAngle, then the extremes strictly inside the sweep.
+TKRNBox2d BoxByAngles(const TKRNVector2d& S, const TKRNVector2d& E, double R, TKRNArcType T) {
+  TKRNBox2d B = BoxOfPoints(S, E);
+  const TKRNVector2d C = TKRNArc2d::ArcCenterPt(S, E, R, T);
+  double A = NormalizeAngle(VectorAngle(VectorSub(S, C)));
+  double Bn = NormalizeAngle(VectorAngle(VectorSub(E, C)));
+  if (ArcTypeIsClockwise(T)) std::swap(A, Bn);
+  const double Q[3] = {KRNHalfPi, KRNPi, KRNThreeHalfPi};
+  const bool Wraps = !(Bn > A);
+  if (Wraps) B.MaxX() = C.X + R;
+  const auto Inside = [&](double AQ) { return Wraps ? (AQ > A || AQ < Bn) : (A < AQ && AQ < Bn); };
+  if (Inside(Q[0])) B.MaxY() = C.Y + R;
+  if (Inside(Q[1])) B.MinX() = C.X - R;
+  if (Inside(Q[2])) B.MinY() = C.Y - R;
+  return B;
+}
+
+// Ends at random angles, on the axes, a hair off them, and in and around the last
+// KRNEpsilon of a turn (which counts as before zero), for every arc type.
+TEST(KRNArc2d, BoxAgreesWithTheRuleOnAngles) {
+  std::mt19937 Rng(11);
+  std::uniform_real_distribution<double> U(0, 1);
+  const double Special[] = {0, KRNHalfPi, KRNPi, KRNThreeHalfPi, 1e-9, KRNHalfPi - 1e-9, KRNPi + 1e-9,
+                            -1e-9, -KRNEpsilon / 2, -KRNEpsilon - 1e-7, -KRNEpsilon + 1e-7, KRNEpsilon / 2};
+  const auto Angle = [&] {
+    return U(Rng) < 0.5 ? Special[size_t(U(Rng) * std::size(Special))] : U(Rng) * KRNTwoPi;
+  };
+  int Wrapping = 0, Plain = 0;
+  for (int I = 0; I < 20000; ++I) {
+    const TKRNVector2d C{U(Rng) * 2000 - 1000, U(Rng) * 2000 - 1000};
+    const double R = 0.5 + U(Rng) * 500;
+    const double A0 = Angle(), A1 = Angle();
+    const TKRNVector2d S{C.X + R * std::cos(A0), C.Y + R * std::sin(A0)};
+    const TKRNVector2d E{C.X + R * std::cos(A1), C.Y + R * std::sin(A1)};
+    const TKRNArcType T = TKRNArcType(1 + I % 4);
+    if (!TKRNArc2d::IsValidArc(S, E, R, T)) continue;
+    SCOPED_TRACE(testing::Message() << S << E << " R=" << R << " " << ArcTypeToString(T));
+    const TKRNBox2d Want = BoxByAngles(S, E, R, T), Got = TKRNArc2d::ArcBox(S, E, R, T);
+    ASSERT_EQ(Got.MinX(), Want.MinX());
+    ASSERT_EQ(Got.MinY(), Want.MinY());
+    ASSERT_EQ(Got.MaxX(), Want.MaxX());
+    ASSERT_EQ(Got.MaxY(), Want.MaxY());
+    ++(Want.MaxX() == C.X + R ? Wrapping : Plain);
+  }
+  EXPECT_GT(Wrapping, 1000);
+  EXPECT_GT(Plain, 1000);
 }
 
 TEST(KRNArc2d, SamplePoints) {
