@@ -63,7 +63,7 @@ private:
   void CreateObjects(TObjectList& AList, int AIndex);
   static std::size_t BucketOf(std::thread::id AThreadID);
 
-  std::function<TKRN2dObject*()> FClassList[ClassCount];
+  TKRN2dObject* (*FClassList[ClassCount])();
   int FCapacityArray[ClassCount];
   std::atomic<TThreadNode*> FPoolList[BucketCount];
   std::atomic<bool> FEnabled{false};

@@ -130,15 +130,6 @@ bool VectorFromString(const std::string& S, TKRNVector2d& V) {
   return true;
 }
 
-TKRNBox2d BoxOfPoints(const TKRNVector2d& A, const TKRNVector2d& B) {
-  return {{std::min(A.X, B.X), std::min(A.Y, B.Y)}, {std::max(A.X, B.X), std::max(A.Y, B.Y)}};
-}
-
-TKRNBox2d BoxUnion(const TKRNBox2d& A, const TKRNBox2d& B) {
-  return {{std::min(A.MinX(), B.MinX()), std::min(A.MinY(), B.MinY())},
-          {std::max(A.MaxX(), B.MaxX()), std::max(A.MaxY(), B.MaxY())}};
-}
-
 bool BoxIntersection(const TKRNBox2d& A, const TKRNBox2d& B, TKRNBox2d& R) {
   R = {{std::max(A.MinX(), B.MinX()), std::max(A.MinY(), B.MinY())},
        {std::min(A.MaxX(), B.MaxX()), std::min(A.MaxY(), B.MaxY())}};
@@ -163,13 +154,6 @@ bool BoxIsOverlapping(const TKRNBox2d& A, const TKRNBox2d& B, bool AIncludeBorde
 
 bool BoxIsValid(const TKRNBox2d& B) {
   return B.MaxX() > B.MinX() - KRNEpsilon && B.MaxY() > B.MinY() - KRNEpsilon;
-}
-
-void BoxAddPoint(TKRNBox2d& B, const TKRNVector2d& P) {
-  B.MinX() = std::min(B.MinX(), P.X);
-  B.MinY() = std::min(B.MinY(), P.Y);
-  B.MaxX() = std::max(B.MaxX(), P.X);
-  B.MaxY() = std::max(B.MaxY(), P.Y);
 }
 
 TKRNArcType ArcTypeOpposite(TKRNArcType T) {

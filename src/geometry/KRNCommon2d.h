@@ -2,6 +2,7 @@
 // Value records, constants and the tolerance rules every geometric test obeys,
 // with the plain vector, box and arc-type operations built on them.
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -151,13 +152,23 @@ bool VectorFromString(const std::string& S, TKRNVector2d& V);
 
 // ---- boxes ------------------------------------------------------------------
 
-TKRNBox2d BoxOfPoints(const TKRNVector2d& A, const TKRNVector2d& B);
-TKRNBox2d BoxUnion(const TKRNBox2d& A, const TKRNBox2d& B);
+inline TKRNBox2d BoxOfPoints(const TKRNVector2d& A, const TKRNVector2d& B) {
+  return {{std::min(A.X, B.X), std::min(A.Y, B.Y)}, {std::max(A.X, B.X), std::max(A.Y, B.Y)}};
+}
+inline TKRNBox2d BoxUnion(const TKRNBox2d& A, const TKRNBox2d& B) {
+  return {{std::min(A.MinX(), B.MinX()), std::min(A.MinY(), B.MinY())},
+          {std::max(A.MaxX(), B.MaxX()), std::max(A.MaxY(), B.MaxY())}};
+}
 bool BoxIntersection(const TKRNBox2d& A, const TKRNBox2d& B, TKRNBox2d& R);
 bool BoxIsTouching(const TKRNBox2d& A, const TKRNBox2d& B, bool AIncludeBorder);
 bool BoxIsOverlapping(const TKRNBox2d& A, const TKRNBox2d& B, bool AIncludeBorder, double AEpsilon = KRNEpsilon);
 bool BoxIsValid(const TKRNBox2d& B);
-void BoxAddPoint(TKRNBox2d& B, const TKRNVector2d& P);
+inline void BoxAddPoint(TKRNBox2d& B, const TKRNVector2d& P) {
+  B.MinX() = std::min(B.MinX(), P.X);
+  B.MinY() = std::min(B.MinY(), P.Y);
+  B.MaxX() = std::max(B.MaxX(), P.X);
+  B.MaxY() = std::max(B.MaxY(), P.Y);
+}
 
 // ---- arc types --------------------------------------------------------------
 

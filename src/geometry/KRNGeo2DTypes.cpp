@@ -188,26 +188,24 @@ void ExtendToSweep(TKRNBox2d& B, const TKRNVector2d& C, double R, double A, doub
   }
 }
 
-// A measure of the direction of a nonzero V that rises with its angle, without
-// trigonometry: 0 along +X, 1 along +Y, 2 along -X, 3 along -Y, exact on the axes.
-double DiamondAngle(const TKRNVector2d& V) {
-  if (V.Y >= 0) return V.X >= 0 ? V.Y / (V.X + V.Y) : 1 - V.X / (V.Y - V.X);
-  return V.X < 0 ? 2 - V.Y / (-V.X - V.Y) : 3 + V.X / (V.X - V.Y);
-}
+// Where rounding could decide otherwise than on the angles, relative to the vectors.
+constexpr double TieHair = 1e-9;
 
-// Where rounding could decide otherwise than on the angles.
-constexpr double DiamondHair = 1e-9;
-
-// NormalizeAngle with KRNEpsilon on that measure: the directions of the last KRNEpsilon
-// of a turn come before zero. False for a direction that is not one or lies within a
-// hair of a quarter turn or of that band's edge.
-bool NormalizedDiamondAngle(const TKRNVector2d& V, double& AResult) {
-  if (!std::isfinite(V.X) || !std::isfinite(V.Y) || (V.X == 0 && V.Y == 0)) return false;
-  static const double Band = DiamondAngle({std::cos(KRNEpsilon), -std::sin(KRNEpsilon)});
-  const double D = DiamondAngle(V);
-  for (const double Tie : {1.0, 2.0, 3.0, Band})
-    if (std::fabs(D - Tie) < DiamondHair) return false;
-  AResult = D >= Band ? D - 4 : D;
+// The quarter turn a direction lies in, 0 from +X up to 3, with -1 for the last
+// KRNEpsilon of a turn (NormalizeAngle puts those before zero). False for a direction that
+// is not one or lies within a hair of an axis or of that band's edge.
+bool QuarterOf(const TKRNVector2d& V, int& AQuarter) {
+  const double N = std::fabs(V.X) + std::fabs(V.Y);
+  if (!(N > 0) || !std::isfinite(N) || std::fabs(V.X) < TieHair * N || std::fabs(V.Y) < TieHair * N) return false;
+  if (V.Y > 0) AQuarter = V.X > 0 ? 0 : 1;
+  else if (V.X < 0) AQuarter = 2;
+  else {
+    static const double C = std::cos(KRNEpsilon), S = std::sin(KRNEpsilon);
+    // against the direction KRNEpsilon below +X
+    const double Side = C * V.Y + S * V.X;
+    if (std::fabs(Side) < TieHair * N) return false;
+    AQuarter = Side > 0 ? -1 : 3;
+  }
   return true;
 }
 }  // namespace
@@ -218,13 +216,20 @@ TKRNBox2d TKRNArc2d::ArcBox(const TKRNVector2d& S, const TKRNVector2d& E, double
   const TKRNVector2d C = ArcCenterPt(S, E, R, T);
   TKRNVector2d U = VectorSub(S, C), V = VectorSub(E, C);
   if (ArcTypeIsClockwise(T)) std::swap(U, V);
-  // The same decisions as on the angles without two arc tangents, except near a tie.
-  double A, Bn;
-  if (NormalizedDiamondAngle(U, A) && NormalizedDiamondAngle(V, Bn) && std::fabs(A - Bn) >= DiamondHair)
-    ExtendToSweep(B, C, R, A, Bn, 1, 2, 3);
-  else
-    ExtendToSweep(B, C, R, NormalizeAngle(VectorAngle(U), KRNEpsilon), NormalizeAngle(VectorAngle(V), KRNEpsilon),
-                  KRNHalfPi, KRNPi, KRNThreeHalfPi);
+  // The same decisions as on the angles without two arc tangents, except near a tie:
+  // quarter turns compare as the angles do, and in one quarter the turn from U to V.
+  int QU, QV;
+  if (QuarterOf(U, QU) && QuarterOf(V, QV)) {
+    const double Cross = VectorCross(U, V);
+    if (QU != QV || std::fabs(Cross) >= TieHair * (std::fabs(U.X) + std::fabs(U.Y)) * (std::fabs(V.X) + std::fabs(V.Y))) {
+      // within a quarter, V a little further on or back as the turn from U goes
+      const double Within = QU != QV ? 0 : Cross > 0 ? 0.25 : -0.25;
+      ExtendToSweep(B, C, R, QU + 0.5, QV + 0.5 + Within, 1, 2, 3);
+      return B;
+    }
+  }
+  ExtendToSweep(B, C, R, NormalizeAngle(VectorAngle(U), KRNEpsilon), NormalizeAngle(VectorAngle(V), KRNEpsilon),
+                KRNHalfPi, KRNPi, KRNThreeHalfPi);
   return B;
 }
 
