@@ -2,6 +2,8 @@
 
 #include "KRNPositionFunc2d.h"
 
+#include "ByteHash.h"
+
 #include <QFontMetricsF>
 #include <QHash>
 #include <QPaintDevice>
@@ -10,7 +12,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <memory>
+#include <vector>
 
 namespace {
 
@@ -320,10 +324,64 @@ constexpr qsizetype MaxCachedFonts = 64;
 constexpr qsizetype MaxCachedWidths = 16384;
 constexpr qsizetype MaxCachedTextLength = 128;
 
+// Text widths of one font by text, open addressing on a hash of the characters: a probe
+// compares texts only when their hashes agree, and texts sharing their characters (as
+// equal texts of one load do) compare by address.
+class TWidthTable {
+public:
+  static std::size_t Hash(QStringView AText) { return HashBytes(AText.data(), std::size_t(AText.size()) * 2); }
+
+  const qreal* Find(const QString& AText, std::size_t AHash) const {
+    if (FEntries.empty()) return nullptr;
+    const std::size_t Mask = FEntries.size() - 1;
+    for (std::size_t I = AHash & Mask;; I = (I + 1) & Mask) {
+      const TEntry& E = FEntries[I];
+      if (!E.Used) return nullptr;
+      if (E.Hash == AHash && E.Text.size() == AText.size() &&
+          (E.Text.constData() == AText.constData() ||
+           std::memcmp(E.Text.constData(), AText.constData(), std::size_t(AText.size()) * 2) == 0))
+        return &E.Width;
+    }
+  }
+
+  void Insert(const QString& AText, std::size_t AHash, qreal AWidth) {
+    if (2 * (FCount + 1) > FEntries.size()) Grow();
+    const std::size_t Mask = FEntries.size() - 1;
+    std::size_t I = AHash & Mask;
+    while (FEntries[I].Used) I = (I + 1) & Mask;
+    FEntries[I] = {AHash, AText, AWidth, true};
+    ++FCount;
+  }
+
+  void Clear() {
+    FEntries.clear();
+    FCount = 0;
+  }
+
+private:
+  struct TEntry {
+    std::size_t Hash = 0;
+    QString Text;
+    qreal Width = 0;
+    bool Used = false;
+  };
+
+  void Grow() {
+    std::vector<TEntry> Old(std::max<std::size_t>(64, FEntries.size() * 2));
+    Old.swap(FEntries);
+    FCount = 0;
+    for (TEntry& E : Old)
+      if (E.Used) Insert(E.Text, E.Hash, E.Width);
+  }
+
+  std::vector<TEntry> FEntries;
+  std::size_t FCount = 0;
+};
+
 struct TMeasuredFont {
   explicit TMeasuredFont(const QFont& AFont) : Metrics(AFont) {}
   QFontMetricsF Metrics;
-  QHash<QString, qreal> Widths;
+  TWidthTable Widths;
 };
 
 struct TMeasureCache {
@@ -363,15 +421,15 @@ TMeasuredFont& ReferenceFont(const QString& AFontName, int AFontStyle) {
 
 qreal ReferenceAdvance(TMeasuredFont& AFont, const QString& AText) {
   if (AText.size() > MaxCachedTextLength) return AFont.Metrics.horizontalAdvance(AText);
-  const auto It = AFont.Widths.constFind(AText);
-  if (It != AFont.Widths.cend()) return *It;
+  const std::size_t H = TWidthTable::Hash(AText);
+  if (const qreal* Known = AFont.Widths.Find(AText, H)) return *Known;
   TMeasureCache& C = MeasureCache();
   if (C.Widths >= MaxCachedWidths) {
-    for (const auto& F : std::as_const(C.Fonts)) F->Widths.clear();
+    for (const auto& F : std::as_const(C.Fonts)) F->Widths.Clear();
     C.Widths = 0;
   }
   const qreal W = AFont.Metrics.horizontalAdvance(AText);
-  AFont.Widths.insert(AText, W);
+  AFont.Widths.Insert(AText, H, W);
   ++C.Widths;
   return W;
 }

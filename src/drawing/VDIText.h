@@ -73,19 +73,19 @@ public:
 private:
   float FAngle = 0;
   TColor FBackColor = 0xFFFFFF;
-  // Four corners once the box is built; loading a drawing makes no polygon.
-  std::array<TKRNVector2d, 4> FCorners{};
-  bool FHasCorners = false;
-  mutable std::unique_ptr<TKRNPolygon2d> FBoundPoly;
-  QString FFontName = QStringLiteral("宋体");
   int FFontStyle = 0;
-  qint16 FHeight = 0;
   float FFloatHeight = 0;
   THorzAlignment FHorzAlignment = haLeftJustify;
+  TVertAlignment FVertAlignment = vaBottomJustify;
+  qint16 FHeight = 0;
+  bool FTransparent = true;
+  bool FHasCorners = false;
+  // Four corners once the box is built; loading a drawing makes no polygon.
+  std::array<TKRNVector2d, 4> FCorners{};
+  mutable std::unique_ptr<TKRNPolygon2d> FBoundPoly;
+  QString FFontName = QStringLiteral("宋体");
   TKRNVector2d FInsertPt{};
   QString FText;
-  bool FTransparent = true;
-  TVertAlignment FVertAlignment = vaBottomJustify;
 };
 
 class TVectorComment : public TVectorDrawingItem {

@@ -213,30 +213,35 @@ protected:
   // For the selected style: dotted when the line is at most one pixel wide.
   static int GetSelectedLineStyle(const TKRNCoordTrans& ACoordTrans, int ALineWidth, int ALineStyle);
 
+  // The small fields first, side by side: a drawing holds a great many items.
   TColor FColor = 0;
-  QString FExtData;
   int FID = 0;
-  TLayer* FLayer = nullptr;
-  TVectorDrawing* FOwner = nullptr;
-  bool FSelected = false;
-  qintptr FTag = 0;
   int FRelationID = -1;
-  QString FBlockName;
   int FBlockTypeID = -1;
   int FBlockID = -1;
   int FEnableType = 0;
-  double FCurrentScale = 1.0;
   TShowColorType FShowColorType = sctOriginal;
+  bool FSelected = false;
   bool FVisible = true;
-  TKRNBox2d FOutRect{};
 
 private:
   friend class TVectorDrawing;
   friend class TVDItemIndex;
+  bool FInIndex = false;
   // Kept by the drawing: the place in its list, and the box its spatial index holds.
   int FListIndex = -1;
   int FDirtySlot = -1;
-  bool FInIndex = false;
+
+protected:
+  QString FExtData;
+  TLayer* FLayer = nullptr;
+  TVectorDrawing* FOwner = nullptr;
+  qintptr FTag = 0;
+  QString FBlockName;
+  double FCurrentScale = 1.0;
+  TKRNBox2d FOutRect{};
+
+private:
   TKRNBox2d FIndexedBox{};
 };
 

@@ -1,5 +1,7 @@
 #include "DrawingTestUtils.h"
 
+#include <QFontMetricsF>
+
 namespace {
 int CountRowsWith(const QImage& AImage, int AColumn, QRgb AColor) {
   int N = 0;
@@ -161,4 +163,19 @@ TEST(TKRNDrawFunc2d, FontMeasurementsStayBounded) {
   EXPECT_DOUBLE_EQ(TKRNDrawFunc2d::GetSingleTextWidth(QStringLiteral("L=12345"), QStringLiteral("宋体"), 0, 100), Long);
   EXPECT_DOUBLE_EQ(TKRNDrawFunc2d::GetSingleTextWidth(QStringLiteral("L=12345"), QStringLiteral("宋体"), 0, 50), Long / 2);
   EXPECT_GT(TKRNDrawFunc2d::GetSingleTextWidth(QStringLiteral("L=12345"), QStringLiteral("宋体"), fsBold, 100), 0);
+}
+
+TEST(TKRNDrawFunc2d, EachTextGetsBackItsOwnWidth) {
+  // Texts of one length but other characters, and of growing length, asked twice (the
+  // second time with strings made afresh): each must get the width shaping gives it.
+  const QString Font = QStringLiteral("宋体");
+  const QFontMetricsF Metrics(TKRNDrawFunc2d::MakeFont(Font, 0, 256));
+  auto Text = [](int K, QChar C) { return QString(K, C) + QStringLiteral("|%1").arg(K % 10); };
+  for (int Pass = 0; Pass < 2; ++Pass)
+    for (int K = 1; K <= 200; ++K)
+      for (const QChar C : {u'1', u'l', u'W'}) {
+        SCOPED_TRACE(QString(Text(K, C)).toStdString());
+        const double Shaped = Metrics.horizontalAdvance(Text(K, C));
+        EXPECT_NEAR(TKRNDrawFunc2d::GetSingleTextWidth(Text(K, C), Font, 0, 256), Shaped, Shaped * 1e-9);
+      }
 }
