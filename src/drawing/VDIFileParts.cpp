@@ -26,18 +26,22 @@ void TVectorDrawingItem::LoadFromXMLNode(IXMLNode& ANode) {
 // The numeric version tests are plain comparisons of the version number.
 void TVectorDrawingItem::ReadFromStream(TVDReader& R) {
   const double V = R.VersionNumber();
-  FID = R.I32();
-  if (V > 1.45) {
-    FBlockTypeID = R.I32();
-    FBlockID = R.I32();
+  const bool HasBlock = V > 1.45;
+  TVDReader::TFields F = R.Take(HasBlock ? 20 : 12);
+  FID = F.I32();
+  if (HasBlock) {
+    FBlockTypeID = F.I32();
+    FBlockID = F.I32();
   }
-  const qint32 Layer = R.I32();
+  const qint32 Layer = F.I32();
+  FColor = F.U32();
   FLayer = FOwner == &R.Drawing() ? R.Layer(Layer) : FOwner ? FOwner->Layers().GetItemByID(Layer) : nullptr;
-  FColor = R.U32();
   if (R.ItemsHaveExtData()) FExtData = R.Str(4);
-  FRelationID = V >= 1.6 ? R.I32() : -1;
-  if (V > 1.7) FEnableType = R.I32();
-  if (V > 1.9) FCurrentScale = R.F64();
+  const bool HasRelation = V >= 1.6, HasEnable = V > 1.7, HasScale = V > 1.9;
+  TVDReader::TFields G = R.Take((HasRelation ? 4 : 0) + (HasEnable ? 4 : 0) + (HasScale ? 8 : 0));
+  FRelationID = HasRelation ? G.I32() : -1;
+  if (HasEnable) FEnableType = G.I32();
+  if (HasScale) FCurrentScale = G.F64();
 }
 
 void TVectorDrawingItem::WriteToStream(TVDWriter& W) const {
@@ -89,9 +93,10 @@ void TVectorDrawingItem::WriteToXML(TVDXMLOut& AOut) const {
 
 void TVectorPoint::ReadFromStream(TVDReader& R) {
   TVectorDrawingItem::ReadFromStream(R);
-  FInsertPt = R.Point();
-  FSize = R.I16();
-  FPointStyle = R.U8() == 1 ? psCross : psPoint;
+  TVDReader::TFields F = R.Take(19);
+  FInsertPt = F.Point();
+  FSize = F.I16();
+  FPointStyle = F.U8() == 1 ? psCross : psPoint;
 }
 
 void TVectorPoint::WriteToStream(TVDWriter& W) const {
@@ -119,10 +124,11 @@ void TVectorPoint::WriteXMLAttributes(TVDXMLOut& N) const {
 
 void TVectorCircle::ReadFromStream(TVDReader& R) {
   TVectorDrawingItem::ReadFromStream(R);
-  FLineWidth = R.I16();
-  FLineStyle = R.U8();
-  FCenterPt = R.Point();
-  FRadius = R.F64();
+  TVDReader::TFields F = R.Take(27);
+  FLineWidth = F.I16();
+  FLineStyle = F.U8();
+  FCenterPt = F.Point();
+  FRadius = F.F64();
 }
 
 void TVectorCircle::WriteToStream(TVDWriter& W) const {
@@ -159,16 +165,19 @@ static int FontStyleByte(int AStyle) { return AStyle & (fsBold | fsItalic); }
 void TVectorText::ReadFromStream(TVDReader& R) {
   TVectorDrawingItem::ReadFromStream(R);
   FText = R.Str(2);
-  FHeight = R.I16();
-  FAngle = R.F32();
-  FInsertPt = R.Point();
-  FHorzAlignment = THorzAlignment(std::min<int>(R.U8(), haCenter));
-  FVertAlignment = TVertAlignment(std::min<int>(R.U8(), vaCenter));
+  TVDReader::TFields F = R.Take(24);
+  FHeight = F.I16();
+  FAngle = F.F32();
+  FInsertPt = F.Point();
+  FHorzAlignment = THorzAlignment(std::min<int>(F.U8(), haCenter));
+  FVertAlignment = TVertAlignment(std::min<int>(F.U8(), vaCenter));
   FFontName = R.SharedStr(1);
-  FFontStyle = R.U8() & 3;
-  FTransparent = R.U8() != 0;
-  FBackColor = R.U32();
-  FFloatHeight = R.TextsHaveFloatHeight() ? R.F32() : 0;
+  const bool HasFloatHeight = R.TextsHaveFloatHeight();
+  TVDReader::TFields G = R.Take(HasFloatHeight ? 10 : 6);
+  FFontStyle = G.U8() & 3;
+  FTransparent = G.U8() != 0;
+  FBackColor = G.U32();
+  FFloatHeight = HasFloatHeight ? G.F32() : 0;
 }
 
 void TVectorText::WriteToStream(TVDWriter& W) const {
@@ -301,26 +310,31 @@ void TVectorHatchM::WriteXMLAttributes(TVDXMLOut& N) const {
 static TMarkStyle MarkStyleOf(int AValue) { return AValue >= msNone && AValue <= msHoop ? TMarkStyle(AValue) : msNone; }
 
 void TVectorLineBase::ReadLineBase(TVDReader& R) {
-  FLineWidth = R.I16();
-  FLineStyle = R.U8();
   if (R.OldLongTags()) {
+    TVDReader::TFields F = R.Take(7);
+    FLineWidth = F.I16();
+    FLineStyle = F.U8();
     // MarkPos, one size for both ends, MarkStyle + 1 for each end that has a mark
-    const quint8 Pos = R.U8();
-    const qint16 Size = R.I16();
-    const TMarkStyle Style = MarkStyleOf(R.U8() + 1);
+    const quint8 Pos = F.U8();
+    const qint16 Size = F.I16();
+    const TMarkStyle Style = MarkStyleOf(F.U8() + 1);
     FStartMarkSize = FEndMarkSize = Size;
     FStartMarkStyle = (Pos == 1 || Pos == 3) ? Style : msNone;
     FEndMarkStyle = (Pos == 2 || Pos == 3) ? Style : msNone;
     FPrevItemID = FNextItemID = -1;
     return;
   }
-  FStartMarkSize = R.I16();
-  FEndMarkSize = R.I16();
-  FStartMarkStyle = MarkStyleOf(R.U8());
-  FEndMarkStyle = MarkStyleOf(R.U8());
-  if (R.VersionNumber() >= 2.1) {
-    FPrevItemID = R.I32();
-    FNextItemID = R.I32();
+  const bool HasLinks = R.VersionNumber() >= 2.1;
+  TVDReader::TFields F = R.Take(HasLinks ? 17 : 9);
+  FLineWidth = F.I16();
+  FLineStyle = F.U8();
+  FStartMarkSize = F.I16();
+  FEndMarkSize = F.I16();
+  FStartMarkStyle = MarkStyleOf(F.U8());
+  FEndMarkStyle = MarkStyleOf(F.U8());
+  if (HasLinks) {
+    FPrevItemID = F.I32();
+    FNextItemID = F.I32();
   } else {
     FPrevItemID = FNextItemID = -1;
   }
@@ -373,9 +387,10 @@ void TVectorLineBase::WriteLineBase(TVDXMLOut& N) const {
 void TVectorLine::ReadFromStream(TVDReader& R) {
   TVectorDrawingItem::ReadFromStream(R);
   ReadLineBase(R);
-  const TKRNVector2d S = R.Point();
+  TVDReader::TFields F = R.Take(32);
+  const TKRNVector2d S = F.Point();
   FXLine->SetStartPt(S);
-  FXLine->SetEndPt(R.Point());
+  FXLine->SetEndPt(F.Point());
 }
 
 void TVectorLine::WriteToStream(TVDWriter& W) const {
@@ -402,8 +417,9 @@ void TVectorLine::WriteXMLAttributes(TVDXMLOut& N) const {
 
 void TVectorArc::ReadFromStream(TVDReader& R) {
   TVectorLine::ReadFromStream(R);
-  const double Radius = R.F64();
-  const quint8 T = R.U8();
+  TVDReader::TFields F = R.Take(9);
+  const double Radius = F.F64();
+  const quint8 T = F.U8();
   if (T > atCL) throw EVDEError(SVDInvalidStream);
   Arc().SetArcType(TKRNArcType(T));
   Arc().SetRadius(T != atLine ? Radius : 0);

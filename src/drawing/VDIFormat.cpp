@@ -58,6 +58,12 @@ void TVDReader::Read(void* ABuffer, qint64 ACount) {
   if (ACount < 0 || ACount > Remaining() || FStream.Read(ABuffer, ACount) != ACount) throw EVDEError(SVDInvalidStream);
 }
 
+TVDReader::TFields TVDReader::TakeSlow(qint64 ACount) {
+  if (ACount > MaxFields) throw EVDEError(SVDInvalidStream);
+  Read(FFieldBuffer, ACount);
+  return TFields(FFieldBuffer);
+}
+
 qint64 TVDReader::Remaining() const {
   return FData ? FSize - FPos : FStream.GetSize() - const_cast<TStream&>(FStream).GetPosition();
 }
@@ -114,9 +120,10 @@ void TVDReader::VertexList(TKRNVertex2dList& AList) {
   CheckCount(N, 17);
   AList.Reserve(N);
   for (int I = 0; I < N; ++I) {
-    const quint8 T = U8();
+    TFields F = Take(17);
+    const quint8 T = F.U8();
     if (T > atCL) throw EVDEError(SVDInvalidStream);
-    const TKRNVector2d P = Point();
+    const TKRNVector2d P = F.Point();
     if (T == atLine) AList.AddLinePoint(P);
     else AList.AddArcPoint(P, TKRNArcType(T), F64());
   }

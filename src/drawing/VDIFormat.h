@@ -35,6 +35,44 @@ public:
   TVDReader& operator=(const TVDReader&) = delete;
 
   void Read(void* ABuffer, qint64 ACount);
+
+  // A run of fixed-size fields, taken with one bounds check and read off in order.
+  class TFields {
+  public:
+    explicit TFields(const char* AData) : FP(AData) {}
+    template <class T>
+    T Get() {
+      T V;
+      std::memcpy(&V, FP, sizeof(T));
+      FP += sizeof(T);
+      return V;
+    }
+    quint8 U8() { return Get<quint8>(); }
+    qint16 I16() { return Get<qint16>(); }
+    quint16 U16() { return Get<quint16>(); }
+    qint32 I32() { return Get<qint32>(); }
+    quint32 U32() { return Get<quint32>(); }
+    float F32() { return Get<float>(); }
+    double F64() { return Get<double>(); }
+    TKRNVector2d Point() {
+      const double X = F64();
+      return {X, F64()};
+    }
+
+  private:
+    const char* FP;
+  };
+  static constexpr qint64 MaxFields = 64;
+  // The next ACount (at most MaxFields) bytes; they stay valid until the next Take.
+  TFields Take(qint64 ACount) {
+    if (FData && ACount <= FSize - FPos) {
+      const char* P = FData + FPos;
+      FPos += ACount;
+      return TFields(P);
+    }
+    return TakeSlow(ACount);
+  }
+
   quint8 U8() { return Get<quint8>(); }
   qint16 I16() { return Get<qint16>(); }
   quint16 U16() { return Get<quint16>(); }
@@ -86,6 +124,8 @@ private:
     return V;
   }
   QByteArray Bytes(int ALenSize);
+  TFields TakeSlow(qint64 ACount);
+  char FFieldBuffer[MaxFields];
   TStream& FStream;
   const TVectorDrawing& FDrawing;
   double FVersionNumber = 0;

@@ -120,6 +120,6 @@ void TVectorHatchM::SetPropValues(TVDEPropType APropType, const QString& AValue)
 }
 
 void RegisterHatchClasses() {
-  RegisterVDIClass({itHatch, 0, "TVectorHatch", [](TVectorDrawing* O) { return new TVectorHatch(O); }});
-  RegisterVDIClass({itHatchM, 0, "TVectorHatchM", [](TVectorDrawing* O) { return new TVectorHatchM(O); }});
+  RegisterVDIClass({itHatch, 0, "TVectorHatch", [](TVectorDrawing* O) -> TVectorDrawingItem* { return new TVectorHatch(O); }});
+  RegisterVDIClass({itHatchM, 0, "TVectorHatchM", [](TVectorDrawing* O) -> TVectorDrawingItem* { return new TVectorHatchM(O); }});
 }

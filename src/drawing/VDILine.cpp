@@ -483,8 +483,8 @@ void TVectorPolyline::DrawPath(QPainter& AHDC, const TKRNCoordTrans& ACoordTrans
 }
 
 void RegisterLineClasses() {
-  RegisterVDIClass({itLine, 1, "TVectorLine", [](TVectorDrawing* O) { return new TVectorLine(O); }});
-  RegisterVDIClass({itArc, 1, "TVectorArc", [](TVectorDrawing* O) { return new TVectorArc(O); }});
-  RegisterVDIClass({itPolyline, 1, "TVectorPolyline", [](TVectorDrawing* O) { return new TVectorPolyline(O); }});
-  RegisterVDIClass({itVPBorder, 1, "TVectorVPBorder", [](TVectorDrawing* O) { return new TVectorVPBorder(O); }});
+  RegisterVDIClass({itLine, 1, "TVectorLine", [](TVectorDrawing* O) -> TVectorDrawingItem* { return new TVectorLine(O); }});
+  RegisterVDIClass({itArc, 1, "TVectorArc", [](TVectorDrawing* O) -> TVectorDrawingItem* { return new TVectorArc(O); }});
+  RegisterVDIClass({itPolyline, 1, "TVectorPolyline", [](TVectorDrawing* O) -> TVectorDrawingItem* { return new TVectorPolyline(O); }});
+  RegisterVDIClass({itVPBorder, 1, "TVectorVPBorder", [](TVectorDrawing* O) -> TVectorDrawingItem* { return new TVectorVPBorder(O); }});
 }

@@ -216,6 +216,6 @@ void TVectorCircle::SetLineStyle(int AValue) {
 }
 
 void RegisterPointClasses() {
-  RegisterVDIClass({itPoint, 3, "TVectorPoint", [](TVectorDrawing* O) { return new TVectorPoint(O); }});
-  RegisterVDIClass({itCircle, 1, "TVectorCircle", [](TVectorDrawing* O) { return new TVectorCircle(O); }});
+  RegisterVDIClass({itPoint, 3, "TVectorPoint", [](TVectorDrawing* O) -> TVectorDrawingItem* { return new TVectorPoint(O); }});
+  RegisterVDIClass({itCircle, 1, "TVectorCircle", [](TVectorDrawing* O) -> TVectorDrawingItem* { return new TVectorCircle(O); }});
 }

@@ -275,6 +275,6 @@ void TVectorComment::SetInsertPt(const TKRNVector2d& AValue) {
 }
 
 void RegisterTextClasses() {
-  RegisterVDIClass({itText, 2, "TVectorText", [](TVectorDrawing* O) { return new TVectorText(O); }});
-  RegisterVDIClass({itComment, 0, "TVectorComment", [](TVectorDrawing* O) { return new TVectorComment(O); }});
+  RegisterVDIClass({itText, 2, "TVectorText", [](TVectorDrawing* O) -> TVectorDrawingItem* { return new TVectorText(O); }});
+  RegisterVDIClass({itComment, 0, "TVectorComment", [](TVectorDrawing* O) -> TVectorDrawingItem* { return new TVectorComment(O); }});
 }

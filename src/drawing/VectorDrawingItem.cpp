@@ -3,13 +3,18 @@
 #include "VectorDrawing.h"
 #include "VDIFormat.h"
 
+#include <algorithm>
+#include <array>
 #include <limits>
 #include <vector>
 
 namespace {
 struct TRegistry {
   std::vector<TVDIClassInfo> Classes;
+  // The place in Classes of each type that fits a byte (a file's type field), or -1.
+  std::array<int, 256> ByteTypes;
   int MaxLevel = 0;
+  TRegistry() { ByteTypes.fill(-1); }
 };
 TRegistry& Registry() {
   static TRegistry R;
@@ -22,11 +27,18 @@ void RegisterVDIClass(const TVDIClassInfo& AInfo) {
   for (const TVDIClassInfo& C : R.Classes)
     if (C.ItemType == AInfo.ItemType) return;
   R.Classes.push_back(AInfo);
+  if (AInfo.ItemType >= 0 && AInfo.ItemType < int(R.ByteTypes.size()))
+    R.ByteTypes[size_t(AInfo.ItemType)] = int(R.Classes.size()) - 1;
   R.MaxLevel = std::max(R.MaxLevel, AInfo.DisplayLevel);
 }
 
 const TVDIClassInfo* FindVDIClass(int AType) {
-  for (const TVDIClassInfo& C : Registry().Classes)
+  TRegistry& R = Registry();
+  if (AType >= 0 && AType < int(R.ByteTypes.size())) {
+    const int Slot = R.ByteTypes[size_t(AType)];
+    return Slot < 0 ? nullptr : &R.Classes[size_t(Slot)];
+  }
+  for (const TVDIClassInfo& C : R.Classes)
     if (C.ItemType == AType) return &C;
   return nullptr;
 }

@@ -254,7 +254,7 @@ struct TVDIClassInfo {
   int ItemType;
   int DisplayLevel;
   const char* ClassName;
-  std::function<TVectorDrawingItem*(TVectorDrawing* AOwner)> Create;
+  TVectorDrawingItem* (*Create)(TVectorDrawing* AOwner);
 };
 
 // A second class of the same item type is ignored.

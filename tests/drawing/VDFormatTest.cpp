@@ -3,6 +3,7 @@
 #include "KRNArena.h"
 
 #include <QTemporaryDir>
+#include "SelkaStreamUtils.h"
 #include "SelkaXMLDoc.h"
 #include "VDEClipBrd.h"
 #include "VDIFormat.h"
@@ -404,6 +405,30 @@ TEST(TVectorDrawingFile, TruncatedStreamsFailCleanlyAtEveryOffset) {
       ASSERT_EQ(D.UpdateCount(), 0) << Cut;
       ASSERT_EQ(D.Version(), QStringLiteral("2.2")) << Cut;
     }
+  }
+}
+
+TEST(TVectorDrawingFile, AStreamNotHeldInOnePieceReadsTheSame) {
+  // Blocks of 5 bytes: fields and records straddle the blocks.
+  TVectorDrawing Src;
+  Fill(Src);
+  TBytesStream Full;
+  Src.SaveToStream(Full, sfBin, false);
+  const QByteArray B = Full.Bytes();
+  for (int Cut = 0; Cut <= B.size(); Cut += Cut < B.size() - 40 ? 13 : 1) {
+    SCOPED_TRACE(Cut);
+    TBlockMemoryStream S(5);
+    S.WriteBuffer(B.constData(), Cut);
+    S.First();
+    TVectorDrawing D;
+    if (Cut < B.size()) {
+      EXPECT_THROW(D.LoadFromStream(S), EVDEError);
+      continue;
+    }
+    D.LoadFromStream(S);
+    TBytesStream Again;
+    D.SaveToStream(Again, sfBin, false);
+    EXPECT_EQ(Again.Bytes(), B);
   }
 }
 
