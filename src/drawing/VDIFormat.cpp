@@ -72,9 +72,20 @@ void TVDReader::CheckCount(qint64 ACount, int AMinSize) {
   if (ACount < 0 || ACount > Remaining() / std::max(1, AMinSize)) throw EVDEError(SVDInvalidStream);
 }
 
-QByteArray TVDReader::Bytes(int ALenSize) {
+quint32 TVDReader::Length(int ALenSize) {
+  if (FData && FSize - FPos >= 4) {  // one load whatever the size, then the size's bytes
+    quint32 L;
+    std::memcpy(&L, FData + FPos, 4);
+    FPos += ALenSize;
+    return ALenSize == 4 ? L : ALenSize == 2 ? L & 0xFFFF : L & 0xFF;
+  }
   quint32 Len = 0;
   Read(&Len, ALenSize);
+  return Len;
+}
+
+QByteArray TVDReader::Bytes(int ALenSize) {
+  const quint32 Len = Length(ALenSize);
   if (qint64(Len) > Remaining()) throw EVDEError(SVDInvalidStream);
   QByteArray B(qsizetype(Len), Qt::Uninitialized);
   Read(B.data(), Len);
@@ -83,8 +94,7 @@ QByteArray TVDReader::Bytes(int ALenSize) {
 
 QString TVDReader::Utf8Str(int ALenSize) {
   if (FData) {  // decoded where the bytes are
-    quint32 Len = 0;
-    Read(&Len, ALenSize);
+    const quint32 Len = Length(ALenSize);
     if (qint64(Len) > FSize - FPos) throw EVDEError(SVDInvalidStream);
     const QByteArrayView B(FData + FPos, qsizetype(Len));
     FPos += Len;
@@ -95,8 +105,7 @@ QString TVDReader::Utf8Str(int ALenSize) {
 
 QString TVDReader::SharedStr(int ALenSize) {
   if (!FData) return Str(ALenSize);
-  quint32 Len = 0;
-  Read(&Len, ALenSize);
+  const quint32 Len = Length(ALenSize);
   if (qint64(Len) > FSize - FPos) throw EVDEError(SVDInvalidStream);
   const QByteArrayView B(FData + FPos, qsizetype(Len));
   if (!FHasShared || B != FSharedBytes) {

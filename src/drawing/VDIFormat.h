@@ -124,6 +124,8 @@ private:
     return V;
   }
   QByteArray Bytes(int ALenSize);
+  // A string's length prefix of 1, 2 or 4 bytes.
+  quint32 Length(int ALenSize);
   TFields TakeSlow(qint64 ACount);
   char FFieldBuffer[MaxFields];
   TStream& FStream;

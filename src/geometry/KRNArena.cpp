@@ -47,6 +47,8 @@ void* TKRNArena::Allocate(std::size_t ASize) {
   }
   void* P = FNext + HeaderSize;
   FNext += N;
+  // Objects are written as soon as they are placed: ask for the lines ahead.
+  if (FEnd - FNext > 512) __builtin_prefetch(FNext + 512, 1);
   ++FPlaced;
   HeaderOf(P) = FBlock;
   return P;

@@ -159,13 +159,15 @@ void TKRNVertex2dList::Assign(const TKRNVertex2dList& ASource) {
 
 TKRNBox2d TKRNVertex2dList::Box(bool AClosePath) const {
   if (FList.empty()) return {};
+  // Every vertex is in the box; an arc edge may reach beyond its two ends.
   TKRNBox2d B = BoxOfPoints(FList[0]->Point(), FList[0]->Point());
   const int N = Count();
   for (int I = 0; I < N; ++I) {
     const TKRNVertex2d* V = FList[size_t(I)];
+    BoxAddPoint(B, V->Point());
+    if (V->Kind() != vtArc) continue;
     if (I + 1 < N) B = BoxUnion(B, V->BoxWith(FList[size_t(I) + 1]->Point()));
     else if (AClosePath && N > 1) B = BoxUnion(B, V->BoxWith(FList[0]->Point()));
-    else BoxAddPoint(B, V->Point());
   }
   return B;
 }

@@ -2,6 +2,9 @@
 #include "KRNExceptions.h"
 #include "KRNPolygon2d.h"
 
+#include <cmath>
+#include <random>
+
 namespace {
 std::unique_ptr<TKRNPolygon2d> MakePolygon(std::initializer_list<TKRNVector2d> APoints) {
   auto P = std::make_unique<TKRNPolygon2d>();
@@ -88,6 +91,36 @@ TEST(TKRNVertex2dList, InverseKeepsEachEdgeWithTheOppositeArc) {
   EXPECT_PT_NEAR(L.List().Points(0), (TKRNVector2d{0, 5}), 0);
   EXPECT_EQ(L.List()[1]->ArcType(), atCS);
   EXPECT_NEAR(L.Length(), Len, 1e-12);
+}
+
+TEST(TKRNVertex2dList, BoxIsTheUnionOfTheEdgeBoxes) {
+  // Random paths of straight and arc edges, open and closed, against the edges one by one.
+  std::mt19937 Rng(11);
+  std::uniform_real_distribution<double> U(-10, 10);
+  std::uniform_int_distribution<int> Kind(0, 4);
+  for (int Case = 0; Case < 2000; ++Case) {
+    TKRNVertex2dList L;
+    const int N = 1 + Case % 6;
+    for (int I = 0; I < N; ++I) {
+      const int K = Kind(Rng);
+      if (K <= atCL && K != atLine) L.AddArcPoint({U(Rng), U(Rng)}, TKRNArcType(K), 5 + std::fabs(U(Rng)));
+      else L.AddLinePoint({U(Rng), U(Rng)});
+    }
+    for (const bool Closed : {false, true}) {
+      SCOPED_TRACE(testing::Message() << Case << (Closed ? " closed" : " open"));
+      TKRNBox2d Want = BoxOfPoints(L.Points(0), L.Points(0));
+      for (int I = 0; I < N; ++I) {
+        if (I + 1 < N) Want = BoxUnion(Want, L[I]->BoxWith(L.Points(I + 1)));
+        else if (Closed && N > 1) Want = BoxUnion(Want, L[I]->BoxWith(L.Points(0)));
+        else BoxAddPoint(Want, L.Points(I));
+      }
+      const TKRNBox2d Got = L.Box(Closed);
+      EXPECT_EQ(Got.MinX(), Want.MinX());
+      EXPECT_EQ(Got.MinY(), Want.MinY());
+      EXPECT_EQ(Got.MaxX(), Want.MaxX());
+      EXPECT_EQ(Got.MaxY(), Want.MaxY());
+    }
+  }
 }
 
 TEST(TKRNPolygon2d, AreasBoxesAndPerimeters) {
