@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <vector>
@@ -324,33 +325,39 @@ constexpr qsizetype MaxCachedFonts = 64;
 constexpr qsizetype MaxCachedWidths = 16384;
 constexpr qsizetype MaxCachedTextLength = 128;
 
-// Text widths of one font by text, open addressing on a hash of the characters: a probe
-// compares texts only when their hashes agree, and texts sharing their characters (as
-// equal texts of one load do) compare by address.
+// Text widths of one font by text, open addressing on a hash of the characters. An entry
+// holds the text's first eight characters, so a probe settles a short text within the
+// table and reads a longer one's characters only when all else agrees.
 class TWidthTable {
 public:
-  static std::size_t Hash(QStringView AText) { return HashBytes(AText.data(), std::size_t(AText.size()) * 2); }
+  struct TKey {
+    std::size_t Hash;
+    std::uint64_t Head[2];
+    const QString& Text;
+  };
+  static TKey KeyOf(const QString& AText) {
+    TKey K{HashBytes(AText.constData(), std::size_t(AText.size()) * 2), {0, 0}, AText};
+    std::memcpy(K.Head, AText.constData(), std::size_t(std::min<qsizetype>(AText.size(), HeadChars)) * 2);
+    return K;
+  }
 
-  const qreal* Find(const QString& AText, std::size_t AHash) const {
+  const qreal* Find(const TKey& AKey) const {
     if (FEntries.empty()) return nullptr;
+    const qsizetype Size = AKey.Text.size();
     const std::size_t Mask = FEntries.size() - 1;
-    for (std::size_t I = AHash & Mask;; I = (I + 1) & Mask) {
+    for (std::size_t I = AKey.Hash & Mask;; I = (I + 1) & Mask) {
       const TEntry& E = FEntries[I];
-      if (!E.Used) return nullptr;
-      if (E.Hash == AHash && E.Text.size() == AText.size() &&
-          (E.Text.constData() == AText.constData() ||
-           std::memcmp(E.Text.constData(), AText.constData(), std::size_t(AText.size()) * 2) == 0))
+      if (E.Size < 0) return nullptr;
+      if (E.Hash == AKey.Hash && E.Size == Size && E.Head[0] == AKey.Head[0] && E.Head[1] == AKey.Head[1] &&
+          (Size <= HeadChars || E.Text.constData() == AKey.Text.constData() ||
+           std::memcmp(E.Text.constData(), AKey.Text.constData(), std::size_t(Size) * 2) == 0))
         return &E.Width;
     }
   }
 
-  void Insert(const QString& AText, std::size_t AHash, qreal AWidth) {
+  void Insert(const TKey& AKey, qreal AWidth) {
     if (2 * (FCount + 1) > FEntries.size()) Grow();
-    const std::size_t Mask = FEntries.size() - 1;
-    std::size_t I = AHash & Mask;
-    while (FEntries[I].Used) I = (I + 1) & Mask;
-    FEntries[I] = {AHash, AText, AWidth, true};
-    ++FCount;
+    Place({AKey.Hash, {AKey.Head[0], AKey.Head[1]}, AKey.Text.size(), AWidth, AKey.Text});
   }
 
   void Clear() {
@@ -359,19 +366,29 @@ public:
   }
 
 private:
+  static constexpr qsizetype HeadChars = 8;
   struct TEntry {
     std::size_t Hash = 0;
-    QString Text;
+    std::uint64_t Head[2] = {0, 0};  // zero after the text's end
+    qsizetype Size = -1;             // -1 for a free entry
     qreal Width = 0;
-    bool Used = false;
+    QString Text;
   };
+
+  void Place(TEntry&& AEntry) {
+    const std::size_t Mask = FEntries.size() - 1;
+    std::size_t I = AEntry.Hash & Mask;
+    while (FEntries[I].Size >= 0) I = (I + 1) & Mask;
+    FEntries[I] = std::move(AEntry);
+    ++FCount;
+  }
 
   void Grow() {
     std::vector<TEntry> Old(std::max<std::size_t>(64, FEntries.size() * 2));
     Old.swap(FEntries);
     FCount = 0;
     for (TEntry& E : Old)
-      if (E.Used) Insert(E.Text, E.Hash, E.Width);
+      if (E.Size >= 0) Place(std::move(E));
   }
 
   std::vector<TEntry> FEntries;
@@ -421,15 +438,15 @@ TMeasuredFont& ReferenceFont(const QString& AFontName, int AFontStyle) {
 
 qreal ReferenceAdvance(TMeasuredFont& AFont, const QString& AText) {
   if (AText.size() > MaxCachedTextLength) return AFont.Metrics.horizontalAdvance(AText);
-  const std::size_t H = TWidthTable::Hash(AText);
-  if (const qreal* Known = AFont.Widths.Find(AText, H)) return *Known;
+  const TWidthTable::TKey Key = TWidthTable::KeyOf(AText);
+  if (const qreal* Known = AFont.Widths.Find(Key)) return *Known;
   TMeasureCache& C = MeasureCache();
   if (C.Widths >= MaxCachedWidths) {
     for (const auto& F : std::as_const(C.Fonts)) F->Widths.Clear();
     C.Widths = 0;
   }
   const qreal W = AFont.Metrics.horizontalAdvance(AText);
-  AFont.Widths.Insert(AText, H, W);
+  AFont.Widths.Insert(Key, W);
   ++C.Widths;
   return W;
 }
