@@ -3,14 +3,61 @@
 #include "SelkaHashUtils.h"
 
 #include <QFile>
+#include <QHash>
 #include <QStringDecoder>
 #include <QStringEncoder>
 
+#include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstring>
+#include <memory>
+#include <mutex>
 #include <vector>
 
 namespace {
+
+// Equal characters, for the short names and values compared in the hot paths (inline:
+// a library call costs more than the comparison).
+inline bool SameChars(const QChar* A, const QChar* B, qsizetype N) {
+  for (; N >= 4; A += 4, B += 4, N -= 4) {
+    std::uint64_t X, Y;
+    std::memcpy(&X, A, 8);
+    std::memcpy(&Y, B, 8);
+    if (X != Y) return false;
+  }
+  for (; N > 0; ++A, ++B, --N)
+    if (*A != *B) return false;
+  return true;
+}
+
+inline bool SameName(const QString& A, const QString& B) {
+  return A.size() == B.size() && (A.constData() == B.constData() || SameChars(A.constData(), B.constData(), A.size()));
+}
+
+// Element and attribute names read from documents live as long as the process: a copy of
+// a string over raw data counts no references, and every node and attribute holds a copy
+// of its name. Documents use few distinct names; past the bound they are ordinary strings.
+QString LastingName(QStringView AName) {
+  struct TPool {
+    std::mutex Lock;
+    QHash<QStringView, QString> Known;  // keys view the values' characters
+    std::vector<std::unique_ptr<QChar[]>> Store;
+    qsizetype StoredChars = 0;
+  };
+  static TPool* const Pool = new TPool;  // never freed: names stay valid to the very end
+  constexpr qsizetype MaxChars = 64 * 1024, MaxNameChars = 128;
+  const std::lock_guard<std::mutex> Guard(Pool->Lock);
+  if (const auto It = Pool->Known.constFind(AName); It != Pool->Known.cend()) return *It;
+  if (AName.size() > MaxNameChars || Pool->StoredChars + AName.size() > MaxChars) return AName.toString();
+  auto Chars = std::make_unique<QChar[]>(size_t(AName.size()) + 1);
+  std::copy(AName.begin(), AName.end(), Chars.get());
+  const QString Name = QString::fromRawData(Chars.get(), AName.size());
+  Pool->Known.insert(QStringView(Chars.get(), AName.size()), Name);
+  Pool->StoredChars += AName.size();
+  Pool->Store.push_back(std::move(Chars));
+  return Name;
+}
 
 class TXMLNode;
 
@@ -91,9 +138,9 @@ private:
     const size_t N = FList.size();
     const size_t From = std::min(FHint, N);
     for (size_t I = From; I < N; ++I)
-      if (FList[I].NameRef() == AName) return Found(I);
+      if (SameName(FList[I].NameRef(), AName)) return Found(I);
     for (size_t I = 0; I < From; ++I)
-      if (FList[I].NameRef() == AName) return Found(I);
+      if (SameName(FList[I].NameRef(), AName)) return Found(I);
     AHash = TStrKeyHash::StrHash(AName, false);
     return FindByHash(FList, AName, AHash);
   }
@@ -399,7 +446,7 @@ private:
     if (FNext < FNames.size()) {
       const QString& T = FNames[FNext].Text;
       const qsizetype E = S + T.size();
-      if (E <= FData.size() && std::memcmp(FData.constData() + S, T.constData(), size_t(T.size()) * sizeof(QChar)) == 0 &&
+      if (E <= FData.size() && SameChars(FData.constData() + S, T.constData(), T.size()) &&
           (E == FData.size() || !IsNameChar(FData[E]))) {
         FPos = E;
         return Took(FNext);
@@ -409,12 +456,12 @@ private:
     const QStringView V = QStringView(FData).mid(S, FPos - S);
     for (size_t I = 0; I < FNames.size(); ++I) {
       const QString& T = FNames[I].Text;
-      if (T.size() == V.size() && std::memcmp(T.constData(), V.data(), size_t(V.size()) * sizeof(QChar)) == 0) {
+      if (T.size() == V.size() && SameChars(T.constData(), V.data(), V.size())) {
         if (FPrev < FNames.size()) FNames[FPrev].Follow = I;
         return Took(I);
       }
     }
-    QString Text = V.toString();
+    QString Text = LastingName(V);
     const quint32 Hash = TStrKeyHash::StrHash(Text, false);
     if (FNames.size() >= 256) {
       FSpareName = {std::move(Text), Hash, KNoIndex, KNoIndex};
