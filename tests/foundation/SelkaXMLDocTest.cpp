@@ -297,3 +297,29 @@ TEST(TXMLDocument, AttributeNamesInAnyOrderReadBack) {
     }
   }
 }
+
+TEST(TXMLDocument, NamesStayRightPastTheSharedOnesAndOutliveTheirDocument) {
+  // Some 200,000 characters of distinct names over four documents: more than are ever
+  // shared between documents, so the later ones are plain strings.
+  std::vector<QString> Kept;
+  for (int D = 0; D < 4; ++D) {
+    QString Text = QStringLiteral("<R>");
+    for (int I = 0; I < 1500; ++I)
+      Text += QStringLiteral("<E%1_%2 name_of_some_length_%1_%2=\"%3\"/>").arg(D).arg(I).arg(I * 7);
+    Text += QStringLiteral("</R>");
+    const auto Doc = NewXMLDocument();
+    Doc->LoadFromString(Text);
+    ASSERT_EQ(Doc->Root()->ChildNodes().Count(), 1500);
+    for (int I = 0; I < 1500; I += 37) {
+      SCOPED_TRACE(testing::Message() << D << " " << I);
+      IXMLNode* E = Doc->Root()->ChildNodes().GetNode(I);
+      EXPECT_EQ(E->Name(), QStringLiteral("E%1_%2").arg(D).arg(I));
+      const QString Attr = QStringLiteral("name_of_some_length_%1_%2").arg(D).arg(I);
+      ASSERT_EQ(E->Attributes().Count(), 1);
+      EXPECT_EQ(E->Attributes().GetItem(0)->Name(), Attr);
+      EXPECT_EQ(E->AttrAsInteger(Attr), I * 7);
+    }
+    Kept.push_back(Doc->Root()->ChildNodes().GetNode(1499)->Attributes().GetItem(0)->Name());
+  }
+  for (int D = 0; D < 4; ++D) EXPECT_EQ(Kept[size_t(D)], QStringLiteral("name_of_some_length_%1_1499").arg(D));
+}
