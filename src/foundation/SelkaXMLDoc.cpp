@@ -378,7 +378,7 @@ void WriteNode(const TXMLNode& N, QString& Out, bool AIndent, int ADepth, const 
 // One pass over the text; each routine starts at the character it names.
 class TXMLParser {
 public:
-  TXMLParser(const QString& AData, const TXMLElementDone* ADone) : FData(AData), FDone(ADone) { FNames.reserve(256); }
+  TXMLParser(const QString& AData, const TXMLElementDone* ADone) : FData(AData), FDone(ADone) { FNames.reserve(MaxSharedNames); }
 
   // document = [header] { comment | blank } element { comment | blank }
   void Parse(std::unique_ptr<TXMLNode>& ARoot, QString& AVersion, QString& AEncoding) {
@@ -439,6 +439,7 @@ private:
     size_t Follow;
   };
   static constexpr size_t KNoIndex = size_t(-1);
+  static constexpr size_t MaxSharedNames = 256;
   const TName& SharedName() {
     const qsizetype S = FPos;
     // Names come in the same few orders: the one that followed the last name the
@@ -463,7 +464,7 @@ private:
     }
     QString Text = LastingName(V);
     const quint32 Hash = TStrKeyHash::StrHash(Text, false);
-    if (FNames.size() >= 256) {
+    if (FNames.size() >= MaxSharedNames) {
       FSpareName = {std::move(Text), Hash, KNoIndex, KNoIndex};
       FPrev = FNext = KNoIndex;
       return FSpareName;
@@ -529,10 +530,12 @@ private:
   // attributes = { blank [name] "=" quote value quote } up to AEnd or ">" or "/>"
   void Attributes(TXMLNode& ANode, QLatin1String AEnd) {
     FTag.clear();
-    // While the names come in rising table order (ignoring case) none can repeat an
-    // earlier one, and the search for a repeat is left out.
-    size_t Last = 0;
-    bool Rising = true;
+    // A name can repeat an earlier one only if its table entry (ignoring case) was seen
+    // in this tag: one bit each. A name past the table is searched for in the tag, and so
+    // is every name after it.
+    std::array<std::uint64_t, 4> Seen{};
+    static_assert(MaxSharedNames <= 4 * 64);
+    bool ByBits = true;
     for (;;) {
       SkipBlank();
       if (FPos >= FData.size()) Fail(QStringLiteral("unterminated tag"));
@@ -557,11 +560,13 @@ private:
       if (P == End) Fail(QStringLiteral("unterminated attribute value"));
       const QStringView V(Begin, P - Begin);
       TXMLNodeAttribute A = Entity ? TXMLNodeAttribute(N.Text, N.Hash, Decode(V)) : TXMLNodeAttribute(N.Text, N.Hash, V);
-      if (Rising && N.Same != KNoIndex && (FTag.empty() || N.Same > Last)) {
-        Last = N.Same;
+      const size_t Word = N.Same / 64;
+      const std::uint64_t Bit = std::uint64_t(1) << (N.Same % 64);
+      ByBits = ByBits && N.Same != KNoIndex;
+      if (ByBits && !(Seen[Word] & Bit)) {
+        Seen[Word] |= Bit;
         FTag.push_back(std::move(A));
       } else {
-        Rising = false;
         const int Same = TXMLNodeAttributes::FindByHash(FTag, N.Text, N.Hash);
         if (Same >= 0) FTag[size_t(Same)] = std::move(A);
         else FTag.push_back(std::move(A));
