@@ -24,9 +24,29 @@ public:
 extern const QString SVDInvalidStream;  // "非法矢量图流格式"
 extern const QString SVDInvalidXML;     // "XML格式非法"
 
+// The typed reads over a source's Get<T>(), for the reader and its runs of fields.
+template <class TSource>
+class TVDTypedReads {
+public:
+  quint8 U8() { return Self().template Get<quint8>(); }
+  qint16 I16() { return Self().template Get<qint16>(); }
+  quint16 U16() { return Self().template Get<quint16>(); }
+  qint32 I32() { return Self().template Get<qint32>(); }
+  quint32 U32() { return Self().template Get<quint32>(); }
+  float F32() { return Self().template Get<float>(); }
+  double F64() { return Self().template Get<double>(); }
+  TKRNVector2d Point() {
+    const double X = F64();
+    return {X, F64()};
+  }
+
+private:
+  TSource& Self() { return static_cast<TSource&>(*this); }
+};
+
 // Reads with the file's version in mind; every short read or impossible length
 // raises EVDEError "非法矢量图流格式", so a damaged stream cannot allocate wildly.
-class TVDReader {
+class TVDReader : public TVDTypedReads<TVDReader> {
 public:
   TVDReader(TStream& AStream, const TVectorDrawing& ADrawing);
   // A reader over bytes in memory leaves the stream at the position it reached.
@@ -35,9 +55,20 @@ public:
   TVDReader& operator=(const TVDReader&) = delete;
 
   void Read(void* ABuffer, qint64 ACount);
+  template <class T>
+  T Get() {
+    T V;
+    if (FData && FSize - FPos >= qint64(sizeof(T))) {
+      std::memcpy(&V, FData + FPos, sizeof(T));
+      FPos += qint64(sizeof(T));
+    } else {
+      Read(&V, sizeof(T));
+    }
+    return V;
+  }
 
   // A run of fixed-size fields, taken with one bounds check and read off in order.
-  class TFields {
+  class TFields : public TVDTypedReads<TFields> {
   public:
     explicit TFields(const char* AData) : FP(AData) {}
     template <class T>
@@ -46,17 +77,6 @@ public:
       std::memcpy(&V, FP, sizeof(T));
       FP += sizeof(T);
       return V;
-    }
-    quint8 U8() { return Get<quint8>(); }
-    qint16 I16() { return Get<qint16>(); }
-    quint16 U16() { return Get<quint16>(); }
-    qint32 I32() { return Get<qint32>(); }
-    quint32 U32() { return Get<quint32>(); }
-    float F32() { return Get<float>(); }
-    double F64() { return Get<double>(); }
-    TKRNVector2d Point() {
-      const double X = F64();
-      return {X, F64()};
     }
 
   private:
@@ -73,17 +93,6 @@ public:
     return TakeSlow(ACount);
   }
 
-  quint8 U8() { return Get<quint8>(); }
-  qint16 I16() { return Get<qint16>(); }
-  quint16 U16() { return Get<quint16>(); }
-  qint32 I32() { return Get<qint32>(); }
-  quint32 U32() { return Get<quint32>(); }
-  float F32() { return Get<float>(); }
-  double F64() { return Get<double>(); }
-  TKRNVector2d Point() {
-    const double X = F64();
-    return {X, F64()};
-  }
   // Length-prefixed strings (1, 2 or 4 bytes): UTF-8 from version 1.9 on, GBK below.
   QString Str(int ALenSize);
   // Always UTF-8 (header strings, layer names).
@@ -112,17 +121,6 @@ public:
   TLayer* Layer(int AID);
 
 private:
-  template <class T>
-  T Get() {
-    T V;
-    if (FData && FSize - FPos >= qint64(sizeof(T))) {
-      std::memcpy(&V, FData + FPos, sizeof(T));
-      FPos += qint64(sizeof(T));
-    } else {
-      Read(&V, sizeof(T));
-    }
-    return V;
-  }
   QByteArray Bytes(int ALenSize);
   // A string's length prefix of 1, 2 or 4 bytes.
   quint32 Length(int ALenSize);
