@@ -55,22 +55,14 @@ public:
   TVDReader& operator=(const TVDReader&) = delete;
 
   void Read(void* ABuffer, qint64 ACount);
-  template <class T>
-  T Get() {
-    T V;
-    if (FData && FSize - FPos >= qint64(sizeof(T))) {
-      std::memcpy(&V, FData + FPos, sizeof(T));
-      FPos += qint64(sizeof(T));
-    } else {
-      Read(&V, sizeof(T));
-    }
-    return V;
-  }
 
   // A run of fixed-size fields, taken with one bounds check and read off in order.
   class TFields : public TVDTypedReads<TFields> {
   public:
     explicit TFields(const char* AData) : FP(AData) {}
+
+  private:
+    friend class TVDTypedReads<TFields>;
     template <class T>
     T Get() {
       T V;
@@ -78,8 +70,6 @@ public:
       FP += sizeof(T);
       return V;
     }
-
-  private:
     const char* FP;
   };
   static constexpr qint64 MaxFields = 64;
@@ -121,6 +111,18 @@ public:
   TLayer* Layer(int AID);
 
 private:
+  friend class TVDTypedReads<TVDReader>;
+  template <class T>
+  T Get() {
+    T V;
+    if (FData && FSize - FPos >= qint64(sizeof(T))) {
+      std::memcpy(&V, FData + FPos, sizeof(T));
+      FPos += qint64(sizeof(T));
+    } else {
+      Read(&V, sizeof(T));
+    }
+    return V;
+  }
   QByteArray Bytes(int ALenSize);
   // A string's length prefix of 1, 2 or 4 bytes.
   quint32 Length(int ALenSize);
